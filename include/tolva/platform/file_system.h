@@ -1,0 +1,100 @@
+// The local file system as the file, text and FTP members use it. Paths may
+// use "\" or "/" as separators; implementations turn "\" into "/". Failures
+// come back as a FileError holding the classic run-time number and text
+// (53 "File not found", 76 "Path not found", 70 "Permission denied", 75
+// "Path/File access error", 61 "Disk full", 57 "Device I/O error", ...).
+#ifndef TOLVA_PLATFORM_FILE_SYSTEM_H_
+#define TOLVA_PLATFORM_FILE_SYSTEM_H_
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tolva::platform {
+
+struct FileError {
+  int number = 0;           // classic run-time error number; 0 = no error
+  std::string description;  // its text ("File not found"); may be empty
+  explicit operator bool() const noexcept { return number != 0; }
+};
+
+// Attribute bits of a listing, classic numbering.
+inline constexpr std::uint32_t kAttrNormal = 0;
+inline constexpr std::uint32_t kAttrReadOnly = 1;
+inline constexpr std::uint32_t kAttrHidden = 2;
+inline constexpr std::uint32_t kAttrSystem = 4;
+inline constexpr std::uint32_t kAttrDirectory = 16;
+
+// Local date and time of a file, to the second.
+struct FileTime {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+};
+
+struct DirEntry {
+  std::string name;  // name only, no directory
+  std::uint32_t attributes = 0;
+  std::uint64_t size = 0;
+};
+
+// An open file. Closed by its destructor.
+class File {
+ public:
+  virtual ~File() = default;
+  File() = default;
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
+  // Reads up to `n` bytes at the current position; `got` < n only at the end.
+  virtual bool Read(void* buffer, std::size_t n, std::size_t& got, FileError& error) = 0;
+  // Writes all `n` bytes at the current position.
+  virtual bool Write(const void* buffer, std::size_t n, FileError& error) = 0;
+  virtual std::uint64_t Size() = 0;
+  // Flushes to the device and closes; reports a late write error.
+  virtual bool Close(FileError& error) = 0;
+};
+
+enum class OpenMode {
+  kRead,          // existing file, read only
+  kWriteReplace,  // create or truncate
+  kWriteKeep,     // create when missing; an existing file is written from its first byte, not cut short
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // Entries matching `pattern` (a path whose last segment may hold `*` and
+  // `?`). With kAttrDirectory in `attributes` directories are listed too;
+  // hidden entries (leading ".") only with kAttrHidden. Ordinary files always.
+  virtual bool List(const std::string& pattern, std::uint32_t attributes, std::vector<DirEntry>& out,
+                    FileError& error) = 0;
+  virtual bool CurrentDirectory(std::string& directory, FileError& error) = 0;
+  virtual bool ChangeDirectory(const std::string& directory, FileError& error) = 0;
+  // Makes one directory level.
+  virtual bool MakeDirectory(const std::string& directory, FileError& error) = 0;
+  // Deletes the ordinary files matching `pattern` (53 when none matches).
+  virtual bool DeleteFiles(const std::string& pattern, FileError& error) = 0;
+  // Resets attributes to normal (makes the file writable).
+  virtual bool SetAttributesNormal(const std::string& path, FileError& error) = 0;
+  virtual bool Length(const std::string& path, std::uint64_t& length, FileError& error) = 0;
+  virtual bool LastWriteTime(const std::string& path, FileTime& time, FileError& error) = 0;
+  virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, FileError& error) = 0;
+
+  // Reads the whole file into `out` (replacing its contents).
+  virtual bool ReadAll(const std::string& path, std::string& out, FileError& error) = 0;
+  // Replaces the file with `data`.
+  virtual bool WriteAll(const std::string& path, const std::string& data, FileError& error) = 0;
+
+  // $TMPDIR, else /tmp/, with its trailing separator.
+  virtual std::string TempPath() = 0;
+  // Creates a new empty file "<dir>/<prefix><hex>.tmp" and returns its name.
+  virtual bool TempFileName(const std::string& directory, const std::string& prefix, std::string& name,
+                            FileError& error) = 0;
+  // This platform's stand-ins for the Windows and system directories.
+  virtual std::string WindowsDirectory() = 0;
+  virtual std::string SystemDirectory() = 0;
+};
+
+}  // namespace tolva::platform
+
+#endif  // TOLVA_PLATFORM_FILE_SYSTEM_H_

@@ -1,0 +1,55 @@
+// The property bag in which a host form keeps the component's persisted
+// properties. A bag stores a value only when it differs from the default
+// the writer names, so a component saved with all defaults leaves it empty.
+#ifndef TOLVA_PROPERTY_BAG_H_
+#define TOLVA_PROPERTY_BAG_H_
+
+#include <map>
+#include <string>
+
+#include "tolva/host_types.h"
+
+namespace tolva {
+
+class PropertyBag {
+ public:
+  virtual ~PropertyBag() = default;
+  // The stored value of `name`, or `default_value` when the bag has none.
+  virtual Variant ReadProperty(const std::string& name, const Variant& default_value) = 0;
+  // Stores `value` under `name`, or removes the key when `value` equals
+  // `default_value` (compared as text).
+  virtual void WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) = 0;
+};
+
+// A bag held in memory; what a test or a host without persistence uses.
+class MemoryPropertyBag : public PropertyBag {
+ public:
+  Variant ReadProperty(const std::string& name, const Variant& default_value) override;
+  void WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) override;
+
+  bool Empty() const noexcept { return values_.empty(); }
+  std::size_t Size() const noexcept { return values_.size(); }
+  bool Contains(const std::string& name) const { return values_.count(name) != 0; }
+
+ protected:
+  std::map<std::string, Variant> values_;
+};
+
+// A bag kept in a text file of "name=value" lines (values escaped so that
+// any bytes survive). Load() reads it; Save() replaces the file atomically.
+class FilePropertyBag : public MemoryPropertyBag {
+ public:
+  explicit FilePropertyBag(std::string path) : path_(std::move(path)) {}
+  // Reads the file; a missing file is an empty bag. False on a read error.
+  bool Load() noexcept;
+  // Writes the bag to a temporary file beside it and renames it into place.
+  bool Save() noexcept;
+  const std::string& path() const noexcept { return path_; }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace tolva
+
+#endif  // TOLVA_PROPERTY_BAG_H_

@@ -1,0 +1,2 @@
+# Foundation: properties, paths, texts, timing, system names.
+"$TOLVA_DEMO" foundation

@@ -1,0 +1,15 @@
+// Services whose Linux implementation has not landed yet. Each family
+// removes its factory from here when it adds the real one.
+#include "platform/linux/linux_factories.h"
+
+namespace tolva::platform::posix {
+
+std::shared_ptr<FileSystem> NewFileSystem() { return nullptr; }
+std::shared_ptr<ProfileStore> NewProfileStore() { return nullptr; }
+std::shared_ptr<SettingsStore> NewSettingsStore() { return nullptr; }
+std::shared_ptr<InternetLibrary> NewInternetLibrary() { return nullptr; }
+std::shared_ptr<SystemInfo> NewSystemInfo() { return nullptr; }
+std::shared_ptr<ProcessLauncher> NewProcessLauncher() { return nullptr; }
+std::shared_ptr<WindowServices> NewConsoleWindowServices() { return nullptr; }
+
+}  // namespace tolva::platform::posix

@@ -1,0 +1,114 @@
+// The component's properties and lifecycle handlers through a property bag.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tolva/tolva2011register.h"
+
+namespace tolva {
+namespace {
+
+class RecordingContainer : public HostContainer {
+ public:
+  void PropertyChanged(const std::string& name) override { changed.push_back(name); }
+  std::vector<std::string> changed;
+};
+
+TEST(Lifecycle, SavedWithAllDefaultsLeavesTheBagEmptyAndLoadsBackTheDefaults) {
+  Tolva2011Register c{platform::Services{}};
+  c.InitProperties();
+  MemoryPropertyBag bag;
+  c.Icon(nullptr);  // the icon default in the bag is "no picture"
+  c.WriteProperties(bag);
+  EXPECT_TRUE(bag.Empty());
+
+  Tolva2011Register loaded{platform::Services{}};
+  loaded.ProgramName("changed");
+  loaded.ReadProperties(bag);
+  EXPECT_EQ(loaded.ProgramName(), "Tolva");
+  EXPECT_FLOAT_EQ(loaded.FormSizeRatio(), 0.75f);
+  EXPECT_EQ(loaded.RegistryBackupLoad(), kFalse);
+  EXPECT_EQ(loaded.Icon(), nullptr);
+}
+
+TEST(Lifecycle, OnlyValuesThatDifferFromTheDefaultAreSavedAndRoundTrip) {
+  Tolva2011Register c{platform::Services{}};
+  c.InitProperties();
+  c.Icon(nullptr);
+  c.ProgramName("");  // differs from "Tolva", so it is saved
+  c.FormSizeRatio(-2.5f);
+  c.RegistryBackupLoad(kTrue);
+  c.RegistryApp("App \\ name");
+  MemoryPropertyBag bag;
+  c.WriteProperties(bag);
+  EXPECT_EQ(bag.Size(), 4u);
+  EXPECT_TRUE(bag.Contains("ProgramName"));
+
+  Tolva2011Register d{platform::Services{}};
+  d.ReadProperties(bag);
+  EXPECT_EQ(d.ProgramName(), "");
+  EXPECT_FLOAT_EQ(d.FormSizeRatio(), -2.5f);
+  EXPECT_EQ(d.RegistryBackupLoad(), kTrue);
+  EXPECT_EQ(d.RegistryApp(), "App \\ name");
+}
+
+TEST(Lifecycle, ReadWriteIncrementIsZeroAfterEveryLoad) {
+  Tolva2011Register c{platform::Services{}};
+  c.ReadWriteIncrement(500);
+  MemoryPropertyBag bag;
+  c.WriteProperties(bag);
+  c.ReadProperties(bag);
+  EXPECT_EQ(c.ReadWriteIncrement(), 0);
+}
+
+TEST(Lifecycle, LetsStoreAsGivenAndNotifyByName) {
+  RecordingContainer host;
+  Tolva2011Register c{platform::Services{}, &host};
+  c.ProgramName("  padded  ");
+  c.FormSizeRatio(0.0f);
+  c.ReadWriteIncrement(-3);
+  c.RegistryBackupFile("x.ini");
+  EXPECT_EQ(c.ProgramName(), "  padded  ");
+  EXPECT_EQ(c.ReadWriteIncrement(), -3);
+  EXPECT_EQ(host.changed,
+            (std::vector<std::string>{"ProgramName", "FormSizeRatio", "ReadWriteIncrement", "RegistryBackupFile"}));
+}
+
+TEST(Lifecycle, LoadingDoesNotNotifyAndFirstTimeDefaultsSetTheAboutIcon) {
+  RecordingContainer host;
+  Tolva2011Register c{platform::Services{}, &host};
+  MemoryPropertyBag bag;
+  c.ReadProperties(bag);
+  EXPECT_TRUE(host.changed.empty());
+  c.InitProperties();
+  EXPECT_NE(c.Icon(), nullptr);
+}
+
+TEST(Lifecycle, FilePropertyBagKeepsAnyBytes) {
+  const std::string path = ::testing::TempDir() + "/tolva_bag_test.txt";
+  {
+    FilePropertyBag bag(path);
+    bag.WriteProperty("ProgramName", Variant::FromString("a=b\r\n\\c\x01"), Variant::FromString("Tolva"));
+    ASSERT_TRUE(bag.Save());
+  }
+  FilePropertyBag bag(path);
+  ASSERT_TRUE(bag.Load());
+  EXPECT_EQ(bag.ReadProperty("ProgramName", Variant()).AsString(), "a=b\r\n\\c\x01");
+  std::remove(path.c_str());
+}
+
+TEST(Lifecycle, ResizeKeepsThePictureExtentAndTheDialogFilterIsExact) {
+  Tolva2011Register c{platform::Services{}};
+  c.Resize();
+  EXPECT_EQ(c.ControlWidth(), c.ControlHeight());
+  EXPECT_GT(c.ControlWidth(), 0);
+  const std::string f = c.DialogFilter();
+  EXPECT_EQ(f.substr(0, 41), "All Files|*.*|Access Files (*.mdb)|*.mdb|");
+  EXPECT_NE(f.find("CSV FIles (*.csv)|*.csv|"), std::string::npos);
+  EXPECT_NE(f.find("*.html; &.htm; *.shtml; *.chm|"), std::string::npos);
+  EXPECT_EQ(f.substr(f.size() - 28), "Word Documents (*.doc)|*.doc");
+}
+
+}  // namespace
+}  // namespace tolva
