@@ -9,28 +9,6 @@
 
 namespace tolva::ftp {
 
-namespace {
-
-using platform::InternetHandle;
-
-// Runs one library call. Empty when the call could not be made at all (no
-// library, or the library threw); `why` then says why.
-template <class F>
-std::optional<InternetHandle> TryCall(detail::ComponentState& state, std::string& why, F&& call) {
-  if (!state.services.internet) {
-    why = kLibraryMissing;
-    return std::nullopt;
-  }
-  try {
-    return call(*state.services.internet);
-  } catch (...) {
-    why = DescribeFailedCall(std::current_exception());
-    return std::nullopt;
-  }
-}
-
-}  // namespace
-
 std::string DescribeFailedCall(const std::exception_ptr& failure) {
   try {
     if (failure) std::rethrow_exception(failure);

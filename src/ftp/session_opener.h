@@ -4,6 +4,8 @@
 #ifndef TOLVA_SRC_FTP_SESSION_OPENER_H_
 #define TOLVA_SRC_FTP_SESSION_OPENER_H_
 
+#include <exception>
+#include <optional>
 #include <string>
 
 #include "component/component_state.h"
@@ -28,6 +30,22 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
 // The text of an exception that stopped a library call, for the "call
 // could not be made" paths.
 std::string DescribeFailedCall(const std::exception_ptr& failure);
+
+// Runs one library call. Empty when the call could not be made at all (no
+// library, or the library threw); `why` then says why.
+template <class F>
+std::optional<platform::InternetHandle> TryCall(detail::ComponentState& state, std::string& why, F&& call) {
+  if (!state.services.internet) {
+    why = kLibraryMissing;
+    return std::nullopt;
+  }
+  try {
+    return call(*state.services.internet);
+  } catch (...) {
+    why = DescribeFailedCall(std::current_exception());
+    return std::nullopt;
+  }
+}
 
 }  // namespace tolva::ftp
 
