@@ -4,7 +4,6 @@
 
 namespace tolva::platform::posix {
 
-std::shared_ptr<ProfileStore> NewProfileStore() { return nullptr; }
 std::shared_ptr<SettingsStore> NewSettingsStore() { return nullptr; }
 std::shared_ptr<InternetLibrary> NewInternetLibrary() { return nullptr; }
 std::shared_ptr<SystemInfo> NewSystemInfo() { return nullptr; }
