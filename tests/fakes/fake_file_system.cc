@@ -147,6 +147,7 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
     // An exactly named entry is found whatever its name looks like.
     auto it = nodes.find(Normalize(raw));
     if (it == nodes.end()) return true;
+    if (raw.back() == '/' && !it->second.directory) return true;  // "file/" names no file
     if (it->second.directory && !(attributes & platform::kAttrDirectory)) return true;
     std::string name = it->first.substr(it->first.rfind('/') + 1);
     out.push_back({name.empty() ? "/" : name,
