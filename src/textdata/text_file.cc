@@ -31,8 +31,10 @@ std::string Tolva2011Register::ReadFileFull(const std::string& FilePath, std::st
       ErrorMessage = ErrorMessageNotDefined("File Path");
       return std::string();
     }
-    const std::string path = BuildPathRun(FilePath);
-    // Either separator marks a directory part on this platform.
+    // Only a bare name is taken from the run directory: a "/" marks a path
+    // on this platform just as a "\" does, so "/data/x.txt" stays as it is.
+    const bool has_directory = FilePath.find_first_of("\\/") != std::string::npos;
+    const std::string path = has_directory ? FilePath : BuildPathRun(FilePath);
     if (path.find_first_of("\\/") != std::string::npos) {
       const std::string directory = FileDirectory(path);
       if (!IsTrue(DirectoryExists(directory))) {
