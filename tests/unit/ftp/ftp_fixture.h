@@ -40,8 +40,8 @@ class RecordingHost : public HostContainer, public Tolva2011RegisterEvents {
   std::function<void()> on_do_events;
   std::function<void(const std::string& name, Boolean& cancel)> on_found;
   std::function<void(const std::string& path)> on_downloaded;
-  std::function<void(Long done, Long total)> on_get_progress;
-  std::function<void(Long done, Long total)> on_put_progress;
+  std::function<void(Long& done, Long& total)> on_get_progress;
+  std::function<void(Long& done, Long& total)> on_put_progress;
 
   void DoEvents() override {
     ++do_events;
