@@ -178,7 +178,10 @@ class PosixFileSystem : public FileSystem {
       if (::stat(path.c_str(), &st) != 0) return true;
       if (S_ISDIR(st.st_mode) && !(attributes & kAttrDirectory)) return true;
       std::string name = last;
-      if (name.empty()) files::SplitLastSegment(dir, dir, name);
+      if (name.empty()) {
+        const std::string parent = dir;
+        files::SplitLastSegment(parent, dir, name);
+      }
       out.push_back({name, AttributesOf(name, st, path) & ~kAttrHidden, static_cast<std::uint64_t>(st.st_size)});
       return true;
     }
