@@ -4,10 +4,6 @@
 
 namespace tolva::platform::posix {
 
-std::shared_ptr<SettingsStore> NewSettingsStore() { return nullptr; }
 std::shared_ptr<InternetLibrary> NewInternetLibrary() { return nullptr; }
-std::shared_ptr<SystemInfo> NewSystemInfo() { return nullptr; }
-std::shared_ptr<ProcessLauncher> NewProcessLauncher() { return nullptr; }
-std::shared_ptr<WindowServices> NewConsoleWindowServices() { return nullptr; }
 
 }  // namespace tolva::platform::posix
