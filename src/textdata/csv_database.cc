@@ -1,0 +1,143 @@
+// A CSV file as a small database: the first non-empty line names the
+// fields, each later one is a record; a range of records and fields is
+// copied into the host's arrays.
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "component/component_state.h"
+#include "textdata/blank_trim.h"
+#include "textdata/delimiter_matcher.h"
+#include "textdata/file_text.h"
+#include "textdata/line_cursor.h"
+#include "textdata/progress_pacer.h"
+#include "textdata/row_splitter.h"
+#include "tolva/tolva2011register.h"
+
+namespace tolva {
+
+namespace {
+
+// Where one line's fields go: the header into the names, a record in the
+// requested range into the values, each field in the requested field range
+// at its place counted from the first field.
+class DatabaseRowSink {
+ public:
+  static constexpr bool kWantsValues = true;
+
+  DatabaseRowSink(HostArray<std::string>& names, HostArray<std::string>& values, std::int64_t first_field,
+                  std::int64_t last_field) noexcept
+      : names_(names), values_(values), first_field_(first_field), last_field_(last_field) {}
+
+  // `index` is 0 for the header, else the record's row in the values.
+  void StartLine(std::int64_t index) noexcept { index_ = index; }
+
+  void Field(std::int64_t field, std::string_view value, std::string* owned) {
+    if (field < first_field_ || field > last_field_) return;
+    const std::int64_t column = field - first_field_ + 1;
+    std::string* cell = nullptr;
+    if (column <= std::numeric_limits<Long>::max() && index_ <= std::numeric_limits<Long>::max()) {
+      cell = index_ == 0 ? names_.At(static_cast<Long>(column))
+                         : values_.At(static_cast<Long>(index_), static_cast<Long>(column));
+    }
+    if (!cell) return;  // outside the host's array: dropped
+    if (owned) *cell = std::move(*owned);
+    else cell->assign(value);
+  }
+
+ private:
+  HostArray<std::string>& names_;
+  HostArray<std::string>& values_;
+  std::int64_t first_field_;
+  std::int64_t last_field_;
+  std::int64_t index_ = 0;
+};
+
+}  // namespace
+
+Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, HostArray<std::string>& FieldNames,
+                                                 HostArray<std::string>& FieldValues, Long FirstRecord,
+                                                 Long LastRecord, Long FirstField, Long LastField,
+                                                 Long& NumberRecords, Long& NumberFields, std::string& ErrorMessage,
+                                                 const std::string& Delimiter, Boolean TrimValues) noexcept {
+  return detail::Guarded(kFalse, [&] {
+    ErrorMessage.clear();
+    // An empty delimiter would match everywhere without moving on.
+    if (Delimiter.empty()) {
+      ErrorMessage = ErrorMessageNotDefined("Delimiter");
+      return kFalse;
+    }
+    textdata::ProgressPacer progress(*s_);
+    progress.Report(("Reading File - " + FileName(FilePath)).c_str(), 0);
+    textdata::FileText text;
+    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
+
+    textdata::LineCursor cursor(text.View());
+    const textdata::DelimiterMatcher delimiter(Delimiter);
+    textdata::RowSplitter splitter(cursor, delimiter);
+    progress.Report("Reading File Starting", 0);
+
+    // The counts describe the ranges asked for, not what the file holds. A
+    // range whose first lies after its last holds nothing: 0, not a negative count.
+    std::int64_t first_record = 1;
+    std::int64_t last_record = 0;  // no record is stored
+    std::int64_t records = 0;
+    if (LastRecord > 0) {
+      last_record = LastRecord;
+      first_record = FirstRecord < 2 ? 1 : FirstRecord;
+      records = std::max<std::int64_t>(0, last_record - first_record + 1);
+    }
+    const std::int64_t fields = std::max<std::int64_t>(0, std::int64_t{LastField} - FirstField + 1);
+    const std::int64_t first_field = std::max<Long>(FirstField, 1);
+    NumberRecords = textdata::ToLong(records);
+    NumberFields = textdata::ToLong(fields);
+
+    DatabaseRowSink store(FieldNames, FieldValues, first_field, LastField);
+    textdata::CountingSink counter;
+    progress.ClearCancel();
+    progress.Report("Extracting Values", 0);
+    std::int64_t record = -1;  // the header is record 0
+    // The whole file is read even when the ranges end earlier.
+    while (!cursor.AtEnd()) {
+      const std::string_view line = cursor.Next();
+      if (line.empty()) continue;
+      ++record;
+      if (record == 0) {
+        store.StartLine(0);
+        splitter.Split(line, store);
+      } else if (record >= first_record && record <= last_record) {
+        store.StartLine(record - first_record + 1);
+        splitter.Split(line, store);
+      } else {
+        splitter.Split(line, counter);  // only to find where the record ends
+      }
+      if (progress.Step("Extracting Values", record)) {
+        ErrorMessage = "Read Interrupted.";
+        return kFalse;
+      }
+    }
+
+    if (IsTrue(TrimValues)) {
+      progress.Report("Triming Values", 0);
+      for (Long f = 1; f <= NumberFields; ++f)
+        if (std::string* name = FieldNames.At(f)) textdata::TrimBlanks(*name);
+      // Records past the host array's last row have no cells to trim; the
+      // walk stops there, so a huge LastRecord on a small array costs nothing.
+      const Long last_row = std::min(NumberRecords, FieldValues.Rank() == 2 ? FieldValues.UBound(1) : 0);
+      const Long last_column = std::min(NumberFields, FieldValues.Rank() == 2 ? FieldValues.UBound(2) : 0);
+      for (Long r = 1; r <= last_row; ++r) {
+        for (Long f = 1; f <= last_column; ++f)
+          if (std::string* cell = FieldValues.At(r, f)) textdata::TrimBlanks(*cell);
+        if (progress.Step("Triming Values", r)) {
+          ErrorMessage = "Read Interrupted.";
+          return kTrue;  // the values were read; a stopped trim still reports success
+        }
+      }
+    }
+    progress.Report("Read Complete", std::max<std::int64_t>(record, 0));
+    return kTrue;
+  });
+}
+
+}  // namespace tolva

