@@ -1,0 +1,371 @@
+#include "support/ftp_servers.h"
+
+#include <arpa/inet.h>
+#include <dirent.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <mutex>
+#include <set>
+#include <sstream>
+#include <thread>
+
+namespace tolva::testing {
+namespace {
+
+constexpr const char* kPython = "/usr/bin/python3";  // the Debian python that has pyftpdlib
+constexpr const char* kProftpd = "/usr/sbin/proftpd";
+// crypt(3) MD5 hash of "tolva-pw" for proftpd's AuthUserFile.
+constexpr const char* kPasswordHash = "$1$tolvasal$pNVok5UT8Vfj5O9jzLPHt/";
+
+// pyftpdlib through its API: one user with full rights in its root, MLSD on,
+// bound to a kernel-chosen port that it writes to a file once listening.
+constexpr const char* kPyftpdlibLauncher = R"PY(
+import os, sys
+from pyftpdlib.authorizers import DummyAuthorizer
+from pyftpdlib.handlers import FTPHandler
+from pyftpdlib.servers import FTPServer
+root, user, password, port_file = sys.argv[1:5]
+auth = DummyAuthorizer()
+auth.add_user(user, password, root, perm="elradfmwMT")
+FTPHandler.authorizer = auth
+FTPHandler.timeout = 120
+server = FTPServer(("127.0.0.1", 0), FTPHandler)
+server.max_cons = 64
+with open(port_file + ".tmp", "w") as f:
+    f.write(str(server.socket.getsockname()[1]))
+os.rename(port_file + ".tmp", port_file)
+server.serve_forever()
+)PY";
+
+bool FileExecutable(const std::string& path) { return ::access(path.c_str(), X_OK) == 0; }
+
+}  // namespace
+
+std::string FtpServerName(FtpServerKind kind) {
+  switch (kind) {
+    case FtpServerKind::kPyftpdlib: return "pyftpdlib";
+    case FtpServerKind::kProftpd: return "proftpd";
+    case FtpServerKind::kVsftpd: return "vsftpd";
+    case FtpServerKind::kPureFtpd: return "pure_ftpd";
+  }
+  return "unknown";
+}
+
+std::string FtpDaemonDir() {
+  const char* env = std::getenv("TOLVA_FTPD_DIR");
+  return env && *env ? env : "/opt/tolva-ftpd";
+}
+
+std::vector<FtpServerKind> AvailableFtpServers() {
+  static std::once_flag once;
+  static std::vector<FtpServerKind> kinds;
+  std::call_once(once, [] {
+    std::vector<std::string> notices;
+    if (FileExecutable(kPython) &&
+        std::system("/usr/bin/python3 -c 'import pyftpdlib' >/dev/null 2>&1") == 0) {
+      kinds.push_back(FtpServerKind::kPyftpdlib);
+    } else {
+      notices.push_back("pyftpdlib: python3-pyftpdlib is not installed");
+    }
+    if (FileExecutable(kProftpd)) kinds.push_back(FtpServerKind::kProftpd);
+    else notices.push_back("proftpd: proftpd-basic is not installed");
+    // vsftpd needs a system user with a PAM password and pure-ftpd its own
+    // user database; neither is set up by this fixture yet.
+    notices.push_back("vsftpd and pure-ftpd: not set up by this fixture yet");
+    for (const auto& n : notices) std::cerr << "NOTICE: FTP server skipped: " << n << "\n";
+  });
+  return kinds;
+}
+
+// ---------------------------------------------------------------------------
+// Helpers
+
+std::string MakeTempDir(const std::string& prefix) {
+  std::string templ = (std::filesystem::temp_directory_path() / (prefix + "XXXXXX")).string();
+  if (::mkdtemp(templ.data()) == nullptr) return "";
+  return templ;
+}
+
+void RemoveTree(const std::string& path) {
+  if (path.empty()) return;
+  std::error_code ec;
+  std::filesystem::remove_all(path, ec);
+}
+
+std::uint16_t PickFreePort() {
+  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return 0;
+  sockaddr_in addr{};
+  addr.sin_family = AF_INET;
+  addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t len = sizeof addr;
+  std::uint16_t port = 0;
+  if (::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 &&
+      ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0) {
+    port = ntohs(addr.sin_port);
+  }
+  ::close(fd);
+  return port;
+}
+
+bool WaitForGreeting(std::uint16_t port, int timeout_ms) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
+  while (std::chrono::steady_clock::now() < deadline) {
+    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) return false;
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    addr.sin_port = htons(port);
+    bool greeted = false;
+    if (::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
+      pollfd p{fd, POLLIN, 0};
+      char buf[4] = {};
+      if (::poll(&p, 1, 2000) == 1 && ::recv(fd, buf, 3, 0) == 3) greeted = std::strncmp(buf, "220", 3) == 0;
+      ::shutdown(fd, SHUT_RDWR);
+    }
+    ::close(fd);
+    if (greeted) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  }
+  return false;
+}
+
+int CountOpenDescriptors() {
+  int n = 0;
+  DIR* d = ::opendir("/proc/self/fd");
+  if (!d) return -1;
+  while (dirent* e = ::readdir(d)) {
+    if (e->d_name[0] != '.') ++n;
+  }
+  ::closedir(d);
+  return n - 1;  // the directory stream itself
+}
+
+std::string ReadWholeFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream out;
+  out << in.rdbuf();
+  return out.str();
+}
+
+bool WriteWholeFile(const std::string& path, const std::string& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  return static_cast<bool>(out);
+}
+
+// ---------------------------------------------------------------------------
+// ChildProcess
+
+ChildProcess::~ChildProcess() { Stop(); }
+
+bool ChildProcess::Spawn(const std::vector<std::string>& argv, const std::string& log_path) {
+  std::vector<char*> args;
+  for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+  const pid_t parent = ::getpid();
+  pid_t pid = ::fork();
+  if (pid < 0) return false;
+  if (pid == 0) {
+    // A test that crashes must not leave servers behind.
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (::getppid() != parent) ::_exit(127);
+    ::setpgid(0, 0);
+    int log = ::open(log_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    int null = ::open("/dev/null", O_RDONLY);
+    if (null >= 0) ::dup2(null, 0);
+    if (log >= 0) {
+      ::dup2(log, 1);
+      ::dup2(log, 2);
+    }
+    ::execv(args[0], args.data());
+    ::_exit(127);
+  }
+  pid_ = pid;
+  return true;
+}
+
+bool ChildProcess::Running() {
+  if (pid_ <= 0) return false;
+  int status = 0;
+  pid_t r = ::waitpid(pid_, &status, WNOHANG);
+  if (r == pid_) {
+    pid_ = -1;
+    return false;
+  }
+  return true;
+}
+
+void ChildProcess::Stop() {
+  if (pid_ <= 0) return;
+  // The server is its own process group leader: its session children go too.
+  ::kill(-pid_, SIGTERM);
+  ::kill(pid_, SIGTERM);
+  for (int i = 0; i < 100; ++i) {
+    int status = 0;
+    if (::waitpid(pid_, &status, WNOHANG) == pid_) {
+      ::kill(-pid_, SIGKILL);  // leftover session processes, if any
+      pid_ = -1;
+      return;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  ::kill(-pid_, SIGKILL);
+  ::kill(pid_, SIGKILL);
+  int status = 0;
+  ::waitpid(pid_, &status, 0);
+  pid_ = -1;
+}
+
+// ---------------------------------------------------------------------------
+// FtpServer
+
+std::unique_ptr<FtpServer> FtpServer::Start(FtpServerKind kind, std::string* why) {
+  std::unique_ptr<FtpServer> server(new FtpServer());
+  server->kind_ = kind;
+  std::string reason;
+  if (!server->Launch(&reason)) {
+    if (why) *why = FtpServerName(kind) + ": " + reason + "\n" + server->LogText();
+    return nullptr;
+  }
+  return server;
+}
+
+FtpServer::~FtpServer() {
+  process_.Stop();
+  RemoveTree(work_);
+}
+
+std::string FtpServer::LogText() const { return work_.empty() ? "" : ReadWholeFile(work_ + "/server.log"); }
+
+bool FtpServer::Launch(std::string* why) {
+  work_ = MakeTempDir("tolva-ftpd-" + FtpServerName(kind_) + "-");
+  if (work_.empty()) {
+    *why = "cannot make a temporary directory";
+    return false;
+  }
+  ::chmod(work_.c_str(), 0755);
+  root_ = work_ + "/root";
+  if (::mkdir(root_.c_str(), 0777) != 0) {
+    *why = "cannot make the root directory";
+    return false;
+  }
+  ::chmod(root_.c_str(), 0777);
+  switch (kind_) {
+    case FtpServerKind::kPyftpdlib: return LaunchPyftpdlib(why);
+    case FtpServerKind::kProftpd: return LaunchProftpd(why);
+    case FtpServerKind::kVsftpd: return LaunchVsftpd(why);
+    case FtpServerKind::kPureFtpd: return LaunchPureFtpd(why);
+  }
+  return false;
+}
+
+bool FtpServer::LaunchPyftpdlib(std::string* why) {
+  const std::string port_file = work_ + "/port";
+  if (!process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root_, user_, password_, port_file},
+                      work_ + "/server.log")) {
+    *why = "fork failed";
+    return false;
+  }
+  for (int i = 0; i < 200 && port_ == 0; ++i) {
+    std::string text = ReadWholeFile(port_file);
+    if (!text.empty()) port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
+    else if (!process_.Running()) break;
+    else std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  }
+  if (port_ == 0 || !WaitForGreeting(port_, 5000)) {
+    *why = "did not start listening";
+    return false;
+  }
+  return true;
+}
+
+bool FtpServer::LaunchProftpd(std::string* why) {
+  // As root, the sessions run as nobody and the user owns its root; as an
+  // ordinary user, everything runs as that user.
+  const bool root = ::geteuid() == 0;
+  const uid_t uid = root ? 65534 : ::geteuid();
+  const gid_t gid = root ? 65534 : ::getegid();
+  if (root && ::chown(root_.c_str(), uid, gid) != 0) {
+    *why = "cannot hand the root to nobody";
+    return false;
+  }
+  {
+    std::ofstream users(work_ + "/passwd");
+    users << user_ << ":" << kPasswordHash << ":" << uid << ":" << gid << "::" << root_ << ":/bin/sh\n";
+    std::ofstream groups(work_ + "/group");
+    groups << "tolva:x:" << gid << ":" << user_ << "\n";
+  }
+  // proftpd refuses world-readable user files.
+  ::chmod((work_ + "/passwd").c_str(), 0600);
+  ::chmod((work_ + "/group").c_str(), 0600);
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    port_ = PickFreePort();
+    std::ofstream conf(work_ + "/proftpd.conf", std::ios::trunc);
+    conf << "ServerName \"tolva test\"\n"
+         << "ServerType standalone\n"
+         << "DefaultServer on\n"
+         << "Port " << port_ << "\n"
+         << "DefaultAddress 127.0.0.1\n"
+         << "SocketBindTight on\n"
+         << "UseIPv6 off\n"
+         << "UseReverseDNS off\n"
+         << "MaxInstances 64\n"
+         << (root ? "User nobody\nGroup nogroup\n" : "")
+         << "AuthOrder mod_auth_file.c\n"
+         << "AuthUserFile " << work_ << "/passwd\n"
+         << "AuthGroupFile " << work_ << "/group\n"
+         << "RequireValidShell off\n"
+         << "RootLogin off\n"
+         << "DefaultRoot ~\n"
+         << "AllowOverwrite on\n"
+         << "AllowStoreRestart on\n"
+         << "Umask 022\n"
+         << "PidFile " << work_ << "/proftpd.pid\n"
+         << "ScoreboardFile " << work_ << "/proftpd.scoreboard\n"
+         << "DelayTable none\n"
+         << "WtmpLog off\n"
+         << "TransferLog none\n"
+         << "SystemLog " << work_ << "/proftpd.syslog\n"
+         << "TimeoutIdle 600\n"
+         << "TimeoutNoTransfer 600\n"
+         << "<Limit SITE_CHMOD>\n  AllowAll\n</Limit>\n";
+    conf.close();
+    if (!process_.Spawn({kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"}, work_ + "/server.log")) {
+      *why = "fork failed";
+      return false;
+    }
+    if (WaitForGreeting(port_, 5000)) return true;
+    process_.Stop();  // the port was taken in between: try another
+  }
+  *why = "did not start listening";
+  return false;
+}
+
+bool FtpServer::LaunchVsftpd(std::string* why) {
+  *why = "vsftpd is not wired into the fixture yet";
+  return false;
+}
+
+bool FtpServer::LaunchPureFtpd(std::string* why) {
+  *why = "pure-ftpd is not wired into the fixture yet";
+  return false;
+}
+
+}  // namespace tolva::testing
