@@ -1,0 +1,164 @@
+// The line cursor and the row splitter, on texts in memory.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "textdata/delimiter_matcher.h"
+#include "textdata/line_cursor.h"
+#include "textdata/row_splitter.h"
+
+namespace tolva::textdata {
+namespace {
+
+std::vector<std::string> AllLines(const std::string& text) {
+  LineCursor cursor(text);
+  std::vector<std::string> lines;
+  for (int guard = 0; !cursor.AtEnd() && guard < 1000; ++guard) lines.emplace_back(cursor.Next());
+  return lines;
+}
+
+TEST(LineCursorTest, SplitsLinesAsHostsExpect) {
+  struct Row {
+    const char* label;
+    std::string text;
+    std::vector<std::string> lines;
+  };
+  const Row rows[] = {
+      {"CR LF then a two-character last line", "a\r\nbc", {"a", "bc"}},
+      {"a one-character last line after CR LF is not delivered", "a\r\nb", {"a"}},
+      {"CR LF CR LF leaves an empty line", "a\r\n\r\nbc", {"a", "", "bc"}},
+      {"trailing CR LF", "ab\r\ncd\r\n", {"ab", "cd"}},
+      {"LF-only text is split at LF", "ab\ncd\n", {"ab", "cd"}},
+      {"CR-only text is split at CR", "ab\rcd\r", {"ab", "cd"}},
+      {"LF text with an empty line", "ab\n\ncd", {"ab", "", "cd"}},
+      {"LF CR counts as one line end", "ab\n\rcd", {"ab", "cd"}},
+      {"mixed: LF first, CR LF later", "a\nbb\r\ncd", {"a", "bb", "cd"}},
+      {"lone CR before a later LF", "ab\rcd\nef", {"ab", "cd", "ef"}},
+      {"CR CR is two line ends", "a\r\rbc", {"a", "", "bc"}},
+      {"one character, no line end", "x", {"x"}},
+      {"only CR LF", "\r\n", {""}},
+      {"leading empty line", "\r\nab", {"", "ab"}},
+      {"NUL bytes are ordinary characters", std::string("a\0b\r\ncd", 7), {std::string("a\0b", 3), "cd"}},
+  };
+  for (const Row& row : rows) EXPECT_EQ(AllLines(row.text), row.lines) << row.label;
+}
+
+TEST(LineCursorTest, StaysAtTheEndOnceThere) {
+  LineCursor cursor("ab\r\ncd");
+  cursor.Next();
+  cursor.Next();
+  ASSERT_TRUE(cursor.AtEnd());
+  EXPECT_EQ(cursor.Next(), "");
+  EXPECT_TRUE(cursor.AtEnd());
+}
+
+// Collects every row as its list of fields.
+struct CollectingSink {
+  static constexpr bool kWantsValues = true;
+  std::vector<std::string> fields;
+  void Field(std::int64_t column, std::string_view value, std::string*) {
+    if (static_cast<std::size_t>(column) != fields.size() + 1) fields.push_back("<column out of order>");
+    fields.emplace_back(value);
+  }
+};
+
+std::vector<std::vector<std::string>> SplitAll(const std::string& text, const std::string& delimiter,
+                                               bool& counts_agree) {
+  std::vector<std::vector<std::string>> rows;
+  counts_agree = true;
+  for (int pass = 0; pass < 2; ++pass) {
+    LineCursor cursor(text);
+    DelimiterMatcher matcher(delimiter);
+    RowSplitter splitter(cursor, matcher);
+    std::size_t row = 0;
+    while (!cursor.AtEnd()) {
+      const std::string_view line = cursor.Next();
+      if (line.empty()) continue;
+      if (pass == 0) {
+        CollectingSink sink;
+        const std::int64_t n = splitter.Split(line, sink);
+        if (n != static_cast<std::int64_t>(sink.fields.size())) counts_agree = false;
+        rows.push_back(sink.fields);
+      } else {
+        CountingSink counter;
+        // Counting alone must find the same rows and widths as storing.
+        if (row >= rows.size() || splitter.Split(line, counter) != static_cast<std::int64_t>(rows[row].size()))
+          counts_agree = false;
+      }
+      ++row;
+    }
+    if (pass == 1 && row != rows.size()) counts_agree = false;
+  }
+  return rows;
+}
+
+TEST(RowSplitterTest, PlainAndQuotedRows) {
+  using Rows = std::vector<std::vector<std::string>>;
+  struct Row {
+    const char* label;
+    std::string text;
+    std::string delimiter;
+    Rows expected;
+  };
+  const Row rows[] = {
+      {"plain row keeps a trailing empty field", "a,b,\r\n", ",", {{"a", "b", ""}}},
+      {"quoted row drops the trailing empty field", "\"a\",b,\r\n", ",", {{"a", "b"}}},
+      {"quoted field holding the delimiter", "\"x,y\",z\r\n", ",", {{"x,y", "z"}}},
+      {"doubled quote reads as one", "\"say \"\"hi\"\"\",2\r\n", ",", {{"say \"hi\"", "2"}}},
+      {"empty quoted field", "\"\",x\r\n", ",", {{"", "x"}}},
+      {"four quotes are one quote", "\"\"\"\"\r\n", ",", {{"\""}}},
+      {"quote inside an unquoted field is literal", "a,b\"c,d\r\n", ",", {{"a", "b\"c", "d"}}},
+      {"quote in an unquoted last field, trailing delimiter", "a,b\"c,\r\n", ",", {{"a", "b\"c"}}},
+      {"character after a closing quote is skipped", "\"a\"b,c\r\n", ",", {{"a", "", "c"}}},
+      {"field spans two lines, joined by CR LF", "\"one\r\ntwo\",3\r\nx,y\r\n", ",",
+       {{"one\r\ntwo", "3"}, {"x", "y"}}},
+      {"LF line break inside a field becomes CR LF", "\"one\ntwo\",3\nx,y\n", ",", {{"one\r\ntwo", "3"}, {"x", "y"}}},
+      {"empty lines inside a field are kept", "\"a\r\n\r\nb\",c\r\n", ",", {{"a\r\n\r\nb", "c"}}},
+      {"quote never closes: runs to the end of the text", "x,\"open\r\nmore\r\nrest", ",",
+       {{"x", "open\r\nmore\r\nrest"}}},
+      {"unclosed quote on the last line", "a,b\r\n\"tail", ",", {{"a", "b"}, {"tail"}}},
+      {"opening quote at the end of the line", "a,\"\r\nbc\"\r\n", ",", {{"a", "\r\nbc"}}},
+      {"empty lines are not rows", "a\r\n\r\n\r\nb,c\r\n", ",", {{"a"}, {"b", "c"}}},
+      {"delimiter letters match in either case", "1x2X3\r\n", "x", {{"1", "2", "3"}}},
+      {"upper-case delimiter letter", "1x2X3\r\n", "X", {{"1", "2", "3"}}},
+      {"long delimiter: matched at its start, tail stays", "a;;b;;c\r\n", ";;", {{"a", ";b", ";c"}}},
+      {"long delimiter in a quoted row", "\"q\";;b\r\n", ";;", {{"q", ";b"}}},
+      {"tab delimiter", "a\tb\r\n", "\t", {{"a", "b"}}},
+      {"only delimiters", ",,,\r\n", ",", {{"", "", "", ""}}},
+      {"NUL bytes in values", std::string("a\0,b\r\n", 6), ",", {{std::string("a\0", 2), "b"}}},
+      {"long delimiter that does not fit at the end", "ab;\r\n", ";;", {{"ab;"}}},
+  };
+  for (const Row& row : rows) {
+    bool counts_agree = false;
+    EXPECT_EQ(SplitAll(row.text, row.delimiter, counts_agree), row.expected) << row.label;
+    EXPECT_TRUE(counts_agree) << row.label;
+  }
+}
+
+TEST(DelimiterMatcherTest, FindsAndCounts) {
+  struct Row {
+    const char* label;
+    std::string delimiter, line;
+    std::size_t from, found;
+    std::int64_t count;
+  };
+  constexpr std::size_t npos = DelimiterMatcher::npos;
+  const Row rows[] = {
+      {"single character", ",", "a,b,c", 0, 1, 2},
+      {"search from after the first", ",", "a,b,c", 2, 3, 2},
+      {"none", ",", "abc", 0, npos, 0},
+      {"from past the end", ",", "a,", 3, npos, 1},
+      {"overlapping long delimiter counts twice", "aa", "aaa", 0, 0, 2},
+      {"letters in either case", "aB", "xAbyab", 0, 1, 2},
+      {"long line, match near the end", ";", std::string(100, 'x') + ";", 0, 100, 1},
+  };
+  for (const Row& row : rows) {
+    DelimiterMatcher m(row.delimiter);
+    EXPECT_EQ(m.Find(row.line, row.from), row.found) << row.label;
+    EXPECT_EQ(m.Count(row.line), row.count) << row.label;
+  }
+}
+
+}  // namespace
+}  // namespace tolva::textdata
