@@ -10,6 +10,7 @@
 // At the end a table gives medians and the ratios against the references,
 // and the peak memory of each transfer above the idle process.
 #include <arpa/inet.h>
+#include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <signal.h>
@@ -30,8 +31,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 
 #include "tolva/tolva2011register.h"
 
@@ -77,7 +76,9 @@ long StatusKb(const char* field) {
   }
   return 0;
 }
-void ResetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+void ResetPeak() {
+  std::ofstream("/proc/self/clear_refs") << "5";
+}
 
 // ---- The server -----------------------------------------------------------
 
@@ -112,8 +113,9 @@ class Server {
     port_ = FreePort();
     const std::string port = std::to_string(port_);
     const std::string dir = root_.string();
-    std::vector<std::string> args = {"/usr/bin/python3", "-m", "pyftpdlib", "-i", "127.0.0.1", "-p", port,
-                                     "-d", dir, "-w", "-u", kUser, "-P", kPassword};
+    std::vector<std::string> args = {
+        "/usr/bin/python3", "-m", "pyftpdlib", "-i", "127.0.0.1", "-p", port, "-d", dir, "-w", "-u", kUser, "-P",
+        kPassword};
     std::vector<char*> argv;
     for (auto& a : args) argv.push_back(a.data());
     argv.push_back(nullptr);
@@ -219,7 +221,9 @@ void Measure(benchmark::State& state, const std::string& name, std::uint64_t byt
   if (memory) state.counters["peak_MiB_above_idle"] = sample.peak_mib;
 }
 
-bool Shell(const std::string& command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
+bool Shell(const std::string& command) {
+  return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+}
 
 // ---- Listing -------------------------------------------------------------------
 
@@ -337,15 +341,13 @@ void Transfer(benchmark::State& state, const std::string& name, F&& move) {
 
 void BM_Get1GiB(benchmark::State& state) {
   const std::string local = (TheServer().local() / "got.bin").string();
-  Transfer(state, "get 1 GiB: FTPSessionGet", [&](auto& c, auto& msg) {
-    return c.FTPSessionGet("big.bin", local, tolva::kFalse, msg) == kTrue;
-  });
+  Transfer(state, "get 1 GiB: FTPSessionGet",
+           [&](auto& c, auto& msg) { return c.FTPSessionGet("big.bin", local, tolva::kFalse, msg) == kTrue; });
 }
 void BM_GetBuffered1GiB(benchmark::State& state) {
   const std::string local = (TheServer().local() / "got-buffered.bin").string();
-  Transfer(state, "get 1 GiB: FTPSessionGetBuffered (10000)", [&](auto& c, auto& msg) {
-    return c.FTPSessionGetBuffered("big.bin", local, tolva::kFalse, msg) == kTrue;
-  });
+  Transfer(state, "get 1 GiB: FTPSessionGetBuffered (10000)",
+           [&](auto& c, auto& msg) { return c.FTPSessionGetBuffered("big.bin", local, tolva::kFalse, msg) == kTrue; });
 }
 void BM_CurlGet1GiB(benchmark::State& state) {
   if (!Ready(state)) return;
@@ -355,9 +357,8 @@ void BM_CurlGet1GiB(benchmark::State& state) {
 }
 void BM_Put1GiB(benchmark::State& state) {
   const std::string local = (TheServer().local() / "big.bin").string();
-  Transfer(state, "put 1 GiB: FTPSessionPut", [&](auto& c, auto& msg) {
-    return c.FTPSessionPut(local, "put.bin", tolva::kFalse, msg) == kTrue;
-  });
+  Transfer(state, "put 1 GiB: FTPSessionPut",
+           [&](auto& c, auto& msg) { return c.FTPSessionPut(local, "put.bin", tolva::kFalse, msg) == kTrue; });
 }
 void BM_PutBuffered1GiB(benchmark::State& state) {
   const std::string local = (TheServer().local() / "big.bin").string();

@@ -13,7 +13,9 @@ using tolva::Boolean;
 using tolva::HostArray;
 using tolva::Long;
 
-std::string YesNo(Boolean b) { return b == tolva::kTrue ? "True" : "False"; }
+std::string YesNo(Boolean b) {
+  return b == tolva::kTrue ? "True" : "False";
+}
 
 // The host of this part: prints what the component finds, deletes and
 // downloads, and draws the buffered download's progress bar, stopping the
@@ -25,8 +27,8 @@ class FtpHost : public demo::ConsoleHost {
 
   void FTPSessionFileFound(Boolean& directory, std::string& name, Long& size, std::string& date, std::string& time,
                            Boolean&) override {
-    std::cout << "    found " << (directory ? "<dir> " : "      ") << std::left << std::setw(16) << name
-              << std::right << std::setw(10) << size << "  " << date << " " << time << "\n";
+    std::cout << "    found " << (directory ? "<dir> " : "      ") << std::left << std::setw(16) << name << std::right
+              << std::setw(10) << size << "  " << date << " " << time << "\n";
   }
   void FTPSessionFileDeleted(std::string& path, Boolean& success) override {
     std::cout << "    deleted " << path << ": " << YesNo(success) << "\n";
@@ -106,8 +108,8 @@ int Ftp(const demo::Args& args) {
   }
   Long count_files = 0, count_dirs = 0;
   c.FTPSessionFileFindCount("*", count_files, count_dirs, msg);
-  demo::Show("FTPSessionFileFindCount", std::to_string(count_files) + " files, " + std::to_string(count_dirs) +
-                                            " directories");
+  demo::Show("FTPSessionFileFindCount",
+             std::to_string(count_files) + " files, " + std::to_string(count_dirs) + " directories");
 
   demo::Heading("FTP: deleting by mask");
   demo::Show("FTPSessionFileDeleteMask *.tmp", YesNo(c.FTPSessionFileDeleteMask("*.tmp", msg)));
@@ -116,12 +118,14 @@ int Ftp(const demo::Args& args) {
 
   demo::Heading("FTP: get and put");
   msg.clear();
-  demo::Show("FTPSessionGet readme.txt (text)", YesNo(c.FTPSessionGet("readme.txt", local + "readme.txt", tolva::kTrue, msg)));
+  demo::Show("FTPSessionGet readme.txt (text)",
+             YesNo(c.FTPSessionGet("readme.txt", local + "readme.txt", tolva::kTrue, msg)));
   demo::Show("FTPSessionGetAuto readme.txt", YesNo(c.FTPSessionGetAuto("readme.txt", local + "auto.txt", msg)));
   demo::Show("FTPSessionGetAutoAscii", c.FTPSessionGetAutoAscii());
   demo::Show("FTPSessionPut notes.txt", YesNo(c.FTPSessionPut(local + "readme.txt", "notes.txt", tolva::kTrue, msg)));
   demo::Show("FTPSessionFileExists notes.txt", YesNo(c.FTPSessionFileExists("notes.txt", msg)));
-  demo::Show("FTPSessionGet nothing-here.txt", YesNo(c.FTPSessionGet("nothing-here.txt", local + "x", tolva::kFalse, msg)));
+  demo::Show("FTPSessionGet nothing-here.txt",
+             YesNo(c.FTPSessionGet("nothing-here.txt", local + "x", tolva::kFalse, msg)));
   demo::Show("ErrorMessage", msg);
 
   demo::Heading("FTP: downloading by mask, with the download event");

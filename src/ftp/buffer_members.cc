@@ -22,18 +22,21 @@ using detail::Guarded;
 Boolean Tolva2011Register::FTPSessionGetBuffered(const std::string& RemoteFile, const std::string& LocalFile,
                                                  Boolean AsciiFile, std::string& ErrorMessage,
                                                  Long BufferSize) noexcept {
-  return Guarded(kFalse, [&] { return ftp::BufferedGet(*this, *s_).Run(RemoteFile, LocalFile, AsciiFile, ErrorMessage, BufferSize); });
+  return Guarded(kFalse, [&] {
+    return ftp::BufferedGet(*this, *s_).Run(RemoteFile, LocalFile, AsciiFile, ErrorMessage, BufferSize);
+  });
 }
 
 Boolean Tolva2011Register::FTPSessionPutBuffered(const std::string& LocalFile, const std::string& RemoteFile,
                                                  Boolean AsciiFile, std::string& ErrorMessage,
                                                  Long BufferSize) noexcept {
-  return Guarded(kFalse, [&] { return ftp::BufferedPut(*this, *s_).Run(LocalFile, RemoteFile, AsciiFile, ErrorMessage, BufferSize); });
+  return Guarded(kFalse, [&] {
+    return ftp::BufferedPut(*this, *s_).Run(LocalFile, RemoteFile, AsciiFile, ErrorMessage, BufferSize);
+  });
 }
 
-Boolean Tolva2011Register::FTPSessionGetBuffer(const std::string& RemoteFile, Long BytesRequired,
-                                               std::string& Buffer, Long& BytesWritten,
-                                               std::string& ErrorMessage) noexcept {
+Boolean Tolva2011Register::FTPSessionGetBuffer(const std::string& RemoteFile, Long BytesRequired, std::string& Buffer,
+                                               Long& BytesWritten, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     // Not a stoppable transfer: the stop flags are neither read nor cleared.
     ftp::SessionState& f = s_->ftp;
@@ -85,8 +88,12 @@ Boolean Tolva2011Register::FTPSessionGetBuffer(const std::string& RemoteFile, Lo
   });
 }
 
-void Tolva2011Register::FTPSessionStop() noexcept { s_->ftp.stop_requested = kTrue; }
+void Tolva2011Register::FTPSessionStop() noexcept {
+  s_->ftp.stop_requested = kTrue;
+}
 
-Boolean Tolva2011Register::FTPSessionStopped() const noexcept { return s_->ftp.stop_done; }
+Boolean Tolva2011Register::FTPSessionStopped() const noexcept {
+  return s_->ftp.stop_done;
+}
 
 }  // namespace tolva

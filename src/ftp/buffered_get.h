@@ -16,8 +16,8 @@ class BufferedGet {
   BufferedGet(const BufferedGet&) = delete;
   BufferedGet& operator=(const BufferedGet&) = delete;
 
-  Boolean Run(const std::string& remote_file, const std::string& local_file, Boolean ascii,
-              std::string& error_message, Long buffer_size);
+  Boolean Run(const std::string& remote_file, const std::string& local_file, Boolean ascii, std::string& error_message,
+              Long buffer_size);
 
  private:
   Tolva2011Register& component_;

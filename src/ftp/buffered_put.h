@@ -16,8 +16,8 @@ class BufferedPut {
   BufferedPut(const BufferedPut&) = delete;
   BufferedPut& operator=(const BufferedPut&) = delete;
 
-  Boolean Run(const std::string& local_file, const std::string& remote_file, Boolean ascii,
-              std::string& error_message, Long buffer_size);
+  Boolean Run(const std::string& local_file, const std::string& remote_file, Boolean ascii, std::string& error_message,
+              Long buffer_size);
 
  private:
   Tolva2011Register& component_;

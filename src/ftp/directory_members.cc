@@ -19,8 +19,7 @@ constexpr std::uint32_t kCurrentDirectoryBuffer = 260;
 
 }  // namespace
 
-Boolean Tolva2011Register::FTPSessionDirectoryCreate(const std::string& Directory,
-                                                     std::string& ErrorMessage) noexcept {
+Boolean Tolva2011Register::FTPSessionDirectoryCreate(const std::string& Directory, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     ftp::SessionState& f = s_->ftp;
     ftp::ClearErrors(f);
@@ -52,9 +51,8 @@ std::string Tolva2011Register::FTPSessionDirectoryCurrent() noexcept {
     ftp::ClearErrors(f);
     if (f.connect_handle == 0) return std::string();
     std::string directory;
-    if (s_->services.internet &&
-        s_->services.internet->GetCurrentDirectory(ftp::ToHandle(f.connect_handle), directory,
-                                                   kCurrentDirectoryBuffer)) {
+    if (s_->services.internet && s_->services.internet->GetCurrentDirectory(ftp::ToHandle(f.connect_handle), directory,
+                                                                            kCurrentDirectoryBuffer)) {
       return directory;
     }
     Long code = ftp::LastLibraryError(*s_);

@@ -7,7 +7,9 @@ namespace tolva::ftp {
 
 namespace {
 
-bool IsLeap(int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; }
+bool IsLeap(int y) {
+  return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0;
+}
 
 int DaysInMonth(int y, int m) {
   static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -41,7 +43,9 @@ std::string Format(const char* pattern, int a, int b, int c = 0) {
 
 }  // namespace
 
-std::string ListedName(const std::string& raw) { return raw.substr(0, raw.find('\0')); }
+std::string ListedName(const std::string& raw) {
+  return raw.substr(0, raw.find('\0'));
+}
 
 std::string CorrectedDate(int year, int month, int day, const std::optional<platform::DateTime>& today) {
   if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > 31) return std::string();

@@ -28,6 +28,8 @@ void ClearErrors(SessionState& state) noexcept {
   state.short_error_text.clear();
 }
 
-std::string Trim(const std::string& text) { return std::string(paths::TrimBlanks(text)); }
+std::string Trim(const std::string& text) {
+  return std::string(paths::TrimBlanks(text));
+}
 
 }  // namespace tolva::ftp

@@ -32,19 +32,19 @@ Long Tolva2011Register::FTPSessionFileFind(const std::string& FileMask, std::str
     const auto mask = ftp::RunPreamble(*this, *s_, FileMask, kFindTexts, ErrorMessage);
     if (!mask) return Long{0};
     Long count = 0;
-    RemoteSearch(*this, *s_).Run(*mask, "FTPSessionFileFind", RemoteSearch::Order::kYieldThenReport, ErrorMessage,
-                                 [&](const DecodedEntry& e, const platform::FindData&) {
-                                   ++count;  // counted even when the host cancels on it
-                                   Boolean directory = ToBoolean(e.directory);
-                                   std::string name = e.name;
-                                   Long size = ftp::ClampToLong(e.size);
-                                   std::string date = e.write_date;
-                                   std::string time = e.write_time;
-                                   Boolean cancel = kFalse;
-                                   s_->Raise(&Tolva2011RegisterEvents::FTPSessionFileFound, directory, name, size,
-                                             date, time, cancel);
-                                   return cancel == kFalse;
-                                 });
+    RemoteSearch(*this, *s_)
+        .Run(*mask, "FTPSessionFileFind", RemoteSearch::Order::kYieldThenReport, ErrorMessage,
+             [&](const DecodedEntry& e, const platform::FindData&) {
+               ++count;  // counted even when the host cancels on it
+               Boolean directory = ToBoolean(e.directory);
+               std::string name = e.name;
+               Long size = ftp::ClampToLong(e.size);
+               std::string date = e.write_date;
+               std::string time = e.write_time;
+               Boolean cancel = kFalse;
+               s_->Raise(&Tolva2011RegisterEvents::FTPSessionFileFound, directory, name, size, date, time, cancel);
+               return cancel == kFalse;
+             });
     return count;
   });
 }
@@ -58,31 +58,32 @@ Boolean Tolva2011Register::FTPSessionFileFindCount(const std::string& FileMask, 
     if (!mask) return kFalse;
     Long files = 0;
     Long directories = 0;
-    const bool ok = RemoteSearch(*this, *s_).Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield,
-                                                 ErrorMessage, [&](const DecodedEntry& e, const platform::FindData&) {
-                                                   ++(e.directory ? directories : files);
-                                                   return true;
-                                                 });
+    const bool ok = RemoteSearch(*this, *s_)
+                        .Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
+                             [&](const DecodedEntry& e, const platform::FindData&) {
+                               ++(e.directory ? directories : files);
+                               return true;
+                             });
     NumberFiles = files;
     NumberDirectories = directories;
     return ToBoolean(ok);
   });
 }
 
-Long Tolva2011Register::FTPSessionFileFindDirectories(const std::string& FileMask,
-                                                      HostArray<std::string>& Directories, Long MaxDirectories,
-                                                      std::string& ErrorMessage) noexcept {
+Long Tolva2011Register::FTPSessionFileFindDirectories(const std::string& FileMask, HostArray<std::string>& Directories,
+                                                      Long MaxDirectories, std::string& ErrorMessage) noexcept {
   return Guarded(Long{0}, [&] {
     const auto mask = ftp::RunPreamble(*this, *s_, FileMask, kFindTexts, ErrorMessage);
     if (!mask) return Long{0};
     Long count = 0;
-    RemoteSearch(*this, *s_).Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
-                                 [&](const DecodedEntry& e, const platform::FindData&) {
-                                   if (!e.directory) return true;
-                                   // The count goes on past the array, so a host can enlarge it and ask again.
-                                   if (++count <= MaxDirectories) Directories.Store(count, e.name);
-                                   return true;
-                                 });
+    RemoteSearch(*this, *s_)
+        .Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
+             [&](const DecodedEntry& e, const platform::FindData&) {
+               if (!e.directory) return true;
+               // The count goes on past the array, so a host can enlarge it and ask again.
+               if (++count <= MaxDirectories) Directories.Store(count, e.name);
+               return true;
+             });
     return count;
   });
 }
@@ -93,12 +94,13 @@ Long Tolva2011Register::FTPSessionFileFindFiles(const std::string& FileMask, Hos
     const auto mask = ftp::RunPreamble(*this, *s_, FileMask, kFindTexts, ErrorMessage);
     if (!mask) return Long{0};
     Long count = 0;
-    RemoteSearch(*this, *s_).Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
-                                 [&](const DecodedEntry& e, const platform::FindData&) {
-                                   if (e.directory) return true;
-                                   if (++count <= MaxFiles) Files.Store(count, e.name);
-                                   return true;
-                                 });
+    RemoteSearch(*this, *s_)
+        .Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
+             [&](const DecodedEntry& e, const platform::FindData&) {
+               if (e.directory) return true;
+               if (++count <= MaxFiles) Files.Store(count, e.name);
+               return true;
+             });
     return count;
   });
 }
@@ -111,17 +113,18 @@ Long Tolva2011Register::FTPSessionFileFindFilesFull(const std::string& FileMask,
     const auto mask = ftp::RunPreamble(*this, *s_, FileMask, kFindTexts, ErrorMessage);
     if (!mask) return Long{0};
     Long count = 0;
-    RemoteSearch(*this, *s_).Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
-                                 [&](const DecodedEntry& e, const platform::FindData&) {
-                                   if (e.directory) return true;
-                                   if (++count <= MaxFiles) {
-                                     Files.Store(count, e.name);
-                                     Sizes.Store(count, ftp::ClampToLong(e.size));
-                                     Dates.Store(count, e.write_date);
-                                     Times.Store(count, e.write_time);
-                                   }
-                                   return true;
-                                 });
+    RemoteSearch(*this, *s_)
+        .Run(*mask, kCountTag, RemoteSearch::Order::kReportThenYield, ErrorMessage,
+             [&](const DecodedEntry& e, const platform::FindData&) {
+               if (e.directory) return true;
+               if (++count <= MaxFiles) {
+                 Files.Store(count, e.name);
+                 Sizes.Store(count, ftp::ClampToLong(e.size));
+                 Dates.Store(count, e.write_date);
+                 Times.Store(count, e.write_time);
+               }
+               return true;
+             });
     return count;
   });
 }
@@ -132,9 +135,8 @@ Boolean Tolva2011Register::FTPSessionFileExists(const std::string& FileName, std
   });
 }
 
-Boolean Tolva2011Register::FTPSessionFileExistsFull(const std::string& FileName, Long& Size,
-                                                    std::string& WriteDate, std::string& WriteTime,
-                                                    std::string& ErrorMessage) noexcept {
+Boolean Tolva2011Register::FTPSessionFileExistsFull(const std::string& FileName, Long& Size, std::string& WriteDate,
+                                                    std::string& WriteTime, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     DecodedEntry e;
     if (!ftp::LookUpFile(*this, *s_, FileName, "FTPSessionFileExistsFull", ErrorMessage, &e)) return kFalse;
@@ -188,16 +190,18 @@ Boolean Tolva2011Register::FTPSessionFileDeleteMask(const std::string& FileMask,
     names.reserve(static_cast<std::size_t>(files));
     std::string unused_message;
     bool listed = false;
-    ftp::RemoteSearch(*this, *s_).Run(*mask, kCountTag, ftp::RemoteSearch::Order::kReportThenYield, unused_message,
-                                      [&](const DecodedEntry& e, const platform::FindData&) {
-                                        listed = true;
-                                        // Files added since the count find no room.
-                                        if (!e.directory && names.size() < static_cast<std::size_t>(files)) {
-                                          names.push_back(e.name);
-                                        }
-                                        return true;
-                                      },
-                                      /*records_errors=*/false);
+    ftp::RemoteSearch(*this, *s_)
+        .Run(
+            *mask, kCountTag, ftp::RemoteSearch::Order::kReportThenYield, unused_message,
+            [&](const DecodedEntry& e, const platform::FindData&) {
+              listed = true;
+              // Files added since the count find no room.
+              if (!e.directory && names.size() < static_cast<std::size_t>(files)) {
+                names.push_back(e.name);
+              }
+              return true;
+            },
+            /*records_errors=*/false);
     if (!listed) return kTrue;  // the directory emptied itself meanwhile
 
     s_->DoEvents();

@@ -13,8 +13,12 @@ namespace tolva::ftp {
 
 // Handles keep their 32 bits unchanged both ways, so a library handle with
 // its top bit set shows as a negative Long and converts back to itself.
-inline Long ToLong(platform::InternetHandle h) noexcept { return static_cast<Long>(h); }
-inline platform::InternetHandle ToHandle(Long h) noexcept { return static_cast<platform::InternetHandle>(h); }
+inline Long ToLong(platform::InternetHandle h) noexcept {
+  return static_cast<Long>(h);
+}
+inline platform::InternetHandle ToHandle(Long h) noexcept {
+  return static_cast<platform::InternetHandle>(h);
+}
 
 // A size or count the host receives as a Long. Anything from 2 GiB up is
 // shown as 2147483647 rather than wrapping into a negative number that
@@ -25,7 +29,9 @@ inline Long ClampToLong(std::uint64_t v) noexcept {
 }
 
 // The library's last error number as the host sees it.
-inline Long ErrorNumber(std::uint32_t code) noexcept { return static_cast<Long>(code); }
+inline Long ErrorNumber(std::uint32_t code) noexcept {
+  return static_cast<Long>(code);
+}
 
 }  // namespace tolva::ftp
 

@@ -134,8 +134,9 @@ Boolean Tolva2011Register::FTPGetAsciiFile(const std::string& Host, const std::s
                                            const std::string& Password, const std::string& RemoteFile,
                                            const std::string& LocalFile, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
-    return ftp::OneCallTransfer(*this, *s_).Run(Direction::kGet, Host, UserID, Password, RemoteFile, LocalFile,
-                                                platform::kFtpTransferTypeAscii, ErrorMessage);
+    return ftp::OneCallTransfer(*this, *s_)
+        .Run(Direction::kGet, Host, UserID, Password, RemoteFile, LocalFile, platform::kFtpTransferTypeAscii,
+             ErrorMessage);
   });
 }
 
@@ -143,8 +144,9 @@ Boolean Tolva2011Register::FTPGetBinaryFile(const std::string& Host, const std::
                                             const std::string& Password, const std::string& RemoteFile,
                                             const std::string& LocalFile, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
-    return ftp::OneCallTransfer(*this, *s_).Run(Direction::kGet, Host, UserID, Password, RemoteFile, LocalFile,
-                                                platform::kFtpTransferTypeBinary, ErrorMessage);
+    return ftp::OneCallTransfer(*this, *s_)
+        .Run(Direction::kGet, Host, UserID, Password, RemoteFile, LocalFile, platform::kFtpTransferTypeBinary,
+             ErrorMessage);
   });
 }
 
@@ -152,8 +154,9 @@ Boolean Tolva2011Register::FTPPutAsciiFile(const std::string& Host, const std::s
                                            const std::string& Password, const std::string& LocalFile,
                                            const std::string& RemoteFile, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
-    return ftp::OneCallTransfer(*this, *s_).Run(Direction::kPut, Host, UserID, Password, LocalFile, RemoteFile,
-                                                platform::kFtpTransferTypeAscii, ErrorMessage);
+    return ftp::OneCallTransfer(*this, *s_)
+        .Run(Direction::kPut, Host, UserID, Password, LocalFile, RemoteFile, platform::kFtpTransferTypeAscii,
+             ErrorMessage);
   });
 }
 
@@ -161,8 +164,9 @@ Boolean Tolva2011Register::FTPPutBinaryFile(const std::string& Host, const std::
                                             const std::string& Password, const std::string& LocalFile,
                                             const std::string& RemoteFile, std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
-    return ftp::OneCallTransfer(*this, *s_).Run(Direction::kPut, Host, UserID, Password, LocalFile, RemoteFile,
-                                                platform::kFtpTransferTypeBinary, ErrorMessage);
+    return ftp::OneCallTransfer(*this, *s_)
+        .Run(Direction::kPut, Host, UserID, Password, LocalFile, RemoteFile, platform::kFtpTransferTypeBinary,
+             ErrorMessage);
   });
 }
 

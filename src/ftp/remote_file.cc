@@ -15,8 +15,8 @@ bool OpenRemoteForReading(Tolva2011Register& component, detail::ComponentState& 
   Long code = LastLibraryError(state);
   const std::string text = component.FTPSessionError(tag, code);
   const std::string title = "Can't Open File [" + name + "]";
-  error_message = text.empty() ? RecordError(f, title, "FTP Open Error")
-                               : RecordError(f, title + " - FTP Open Error", text);
+  error_message =
+      text.empty() ? RecordError(f, title, "FTP Open Error") : RecordError(f, title + " - FTP Open Error", text);
   return false;
 }
 

@@ -30,9 +30,8 @@ bool RemoteSearch::Run(const std::string& mask, const std::string& tag, Order or
   platform::InternetLibrary* lib = state_.services.internet.get();
   const std::optional<platform::DateTime> today = Today(state_);
   platform::FindData record;
-  f.find_handle = lib ? ToLong(lib->FindFirstFile(ToHandle(f.connect_handle), mask, record,
-                                                  platform::kInternetFlagReload))
-                      : 0;
+  f.find_handle =
+      lib ? ToLong(lib->FindFirstFile(ToHandle(f.connect_handle), mask, record, platform::kInternetFlagReload)) : 0;
   if (f.find_handle == 0) {
     const bool nothing_matched = LastLibraryError(state_) == static_cast<Long>(platform::kErrorNoMoreFiles);
     RecordSearchError(tag, error_message);

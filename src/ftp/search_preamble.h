@@ -22,8 +22,7 @@ struct PreambleTexts {
 // Returns the trimmed mask, or nothing when a check failed (the error is
 // recorded and in `error_message`).
 std::optional<std::string> RunPreamble(Tolva2011Register& component, detail::ComponentState& state,
-                                       const std::string& mask, const PreambleTexts& texts,
-                                       std::string& error_message);
+                                       const std::string& mask, const PreambleTexts& texts, std::string& error_message);
 
 }  // namespace tolva::ftp
 

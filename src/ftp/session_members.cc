@@ -57,8 +57,8 @@ Boolean Tolva2011Register::FTPSessionReconnect(std::string& ErrorMessage) noexce
     report("Password=" + f.password);
     // Copies: the opener must not see the stored credentials change under it.
     const std::string host = f.host, user = f.user_id, password = f.password;
-    const bool ok = ftp::OpenHandles(*this, *s_, host, user, password, f.session_handle, f.connect_handle,
-                                     ErrorMessage);
+    const bool ok =
+        ftp::OpenHandles(*this, *s_, host, user, password, f.session_handle, f.connect_handle, ErrorMessage);
     report("Session=" + std::to_string(f.session_handle));
     report("Connect=" + std::to_string(f.connect_handle));
     if (ok && !directory.empty() && !IsTrue(FTPSessionDirectoryCurrentSet(directory))) {
@@ -171,7 +171,9 @@ std::string Tolva2011Register::IsConnected(Long& ConnectFlags) noexcept {
 namespace {
 
 // Time-outs reach the library as unsigned milliseconds; a negative setting means none of its own.
-std::uint32_t TimeoutMs(Long ms) noexcept { return static_cast<std::uint32_t>(std::max<Long>(ms, 0)); }
+std::uint32_t TimeoutMs(Long ms) noexcept {
+  return static_cast<std::uint32_t>(std::max<Long>(ms, 0));
+}
 
 void ApplyTimeouts(detail::ComponentState& s) noexcept {
   try {
@@ -184,14 +186,18 @@ void ApplyTimeouts(detail::ComponentState& s) noexcept {
 
 }  // namespace
 
-Long Tolva2011Register::FTPConnectTimeout() const noexcept { return s_->ftp.connect_timeout_ms; }
+Long Tolva2011Register::FTPConnectTimeout() const noexcept {
+  return s_->ftp.connect_timeout_ms;
+}
 void Tolva2011Register::FTPConnectTimeout(Long MilliSeconds) noexcept {
   s_->ftp.connect_timeout_ms = MilliSeconds;
   ApplyTimeouts(*s_);
   s_->NotifyChanged("FTPConnectTimeout");
 }
 
-Long Tolva2011Register::FTPReadTimeout() const noexcept { return s_->ftp.read_timeout_ms; }
+Long Tolva2011Register::FTPReadTimeout() const noexcept {
+  return s_->ftp.read_timeout_ms;
+}
 void Tolva2011Register::FTPReadTimeout(Long MilliSeconds) noexcept {
   s_->ftp.read_timeout_ms = MilliSeconds;
   ApplyTimeouts(*s_);

@@ -25,8 +25,8 @@ std::uint32_t TransferType(Boolean ascii) noexcept {
 
 }  // namespace
 
-Boolean Tolva2011Register::FTPSessionGet(const std::string& RemoteFile, const std::string& LocalFile,
-                                         Boolean AsciiFile, std::string& ErrorMessage) noexcept {
+Boolean Tolva2011Register::FTPSessionGet(const std::string& RemoteFile, const std::string& LocalFile, Boolean AsciiFile,
+                                         std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     ftp::SessionState& f = s_->ftp;
     const std::uint32_t type = TransferType(AsciiFile);
@@ -77,8 +77,8 @@ Boolean Tolva2011Register::FTPSessionGetMask(const std::string& FileMask, const 
                                              std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     ftp::SessionState& f = s_->ftp;
-    const auto mask = ftp::RunPreamble(*this, *s_, FileMask, {"File Mask", "Can't Get Files", true, false},
-                                       ErrorMessage);
+    const auto mask =
+        ftp::RunPreamble(*this, *s_, FileMask, {"File Mask", "Can't Get Files", true, false}, ErrorMessage);
     if (!mask) return kFalse;
     Long files = 0;
     Long directories = 0;
@@ -97,16 +97,17 @@ Boolean Tolva2011Register::FTPSessionGetMask(const std::string& FileMask, const 
     names.reserve(static_cast<std::size_t>(files));
     std::string unused_message;
     bool listed = false;
-    ftp::RemoteSearch(*this, *s_).Run(*mask, "FTPSessionFileFindCount", ftp::RemoteSearch::Order::kYieldThenReport,
-                                      unused_message,
-                                      [&](const ftp::DecodedEntry& e, const platform::FindData& raw) {
-                                        listed = true;
-                                        if (!e.directory && names.size() < static_cast<std::size_t>(files)) {
-                                          names.push_back(raw.name);
-                                        }
-                                        return true;
-                                      },
-                                      /*records_errors=*/false);
+    ftp::RemoteSearch(*this, *s_)
+        .Run(
+            *mask, "FTPSessionFileFindCount", ftp::RemoteSearch::Order::kYieldThenReport, unused_message,
+            [&](const ftp::DecodedEntry& e, const platform::FindData& raw) {
+              listed = true;
+              if (!e.directory && names.size() < static_cast<std::size_t>(files)) {
+                names.push_back(raw.name);
+              }
+              return true;
+            },
+            /*records_errors=*/false);
     if (!listed && !IsTrue(f.stop_requested)) return kTrue;
 
     s_->DoEvents();
@@ -133,8 +134,8 @@ Boolean Tolva2011Register::FTPSessionGetMask(const std::string& FileMask, const 
   });
 }
 
-Boolean Tolva2011Register::FTPSessionPut(const std::string& LocalFile, const std::string& RemoteFile,
-                                         Boolean AsciiFile, std::string& ErrorMessage) noexcept {
+Boolean Tolva2011Register::FTPSessionPut(const std::string& LocalFile, const std::string& RemoteFile, Boolean AsciiFile,
+                                         std::string& ErrorMessage) noexcept {
   return Guarded(kFalse, [&] {
     ftp::SessionState& f = s_->ftp;
     const std::string local = ftp::Trim(LocalFile);

@@ -40,7 +40,9 @@ std::string ToLf(const std::string& s) {
   return out;
 }
 
-std::string NoSuchFile(const std::string& name) { return "550 " + name + ": No such file or directory.\r\n"; }
+std::string NoSuchFile(const std::string& name) {
+  return "550 " + name + ": No such file or directory.\r\n";
+}
 
 }  // namespace
 
@@ -163,7 +165,9 @@ std::string FakeInternet::Parent(const std::string& path) {
   return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
 }
 
-std::string FakeInternet::Name(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+std::string FakeInternet::Name(const std::string& path) {
+  return path.substr(path.rfind('/') + 1);
+}
 
 FindData FakeInternet::Describe(const std::string& path, const RemoteNode& node) const {
   FindData d;
@@ -272,8 +276,7 @@ bool FakeInternet::FindNextFile(InternetHandle find, FindData& data) {
   return true;
 }
 
-bool FakeInternet::GetCurrentDirectory(InternetHandle connection, std::string& directory,
-                                       std::uint32_t buffer_length) {
+bool FakeInternet::GetCurrentDirectory(InternetHandle connection, std::string& directory, std::uint32_t buffer_length) {
   if (Enter(Op::kGetCurrentDirectory, "Pwd")) return false;
   Handle* c = Ready(connection);
   if (!c) return false;
@@ -287,7 +290,8 @@ bool FakeInternet::SetCurrentDirectory(InternetHandle connection, const std::str
   Handle* c = Ready(connection);
   if (!c) return false;
   const std::string path = Resolve(*c, directory);
-  if (directory.empty() || !IsDirectory(path)) return Error(platform::kErrorInternetExtendedError, NoSuchFile(directory));
+  if (directory.empty() || !IsDirectory(path))
+    return Error(platform::kErrorInternetExtendedError, NoSuchFile(directory));
   c->cwd = path;
   return true;
 }
@@ -312,7 +316,8 @@ bool FakeInternet::RemoveDirectory(InternetHandle connection, const std::string&
   bool empty = true;
   for (const auto& [p, n] : nodes)
     if (p != "/" && Parent(p) == path) empty = false;
-  if (!IsDirectory(path) || path == "/" || !empty) return Error(platform::kErrorInternetExtendedError, NoSuchFile(directory));
+  if (!IsDirectory(path) || path == "/" || !empty)
+    return Error(platform::kErrorInternetExtendedError, NoSuchFile(directory));
   nodes.erase(path);
   return true;
 }
@@ -405,8 +410,7 @@ bool FakeInternet::ReadFile(InternetHandle file, void* buffer, std::uint32_t to_
   return true;
 }
 
-bool FakeInternet::WriteFile(InternetHandle file, const void* buffer, std::uint32_t to_write,
-                             std::uint32_t& written) {
+bool FakeInternet::WriteFile(InternetHandle file, const void* buffer, std::uint32_t to_write, std::uint32_t& written) {
   written = 0;
   if (Enter(Op::kWriteFile, "Write " + std::to_string(to_write))) return false;
   Handle* f = Find(file, Kind::kFile);

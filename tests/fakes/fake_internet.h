@@ -27,8 +27,21 @@ namespace tolva::fakes {
 class FakeInternet : public platform::InternetLibrary {
  public:
   enum class Op {
-    kOpen, kConnect, kCloseHandle, kFindFirst, kFindNext, kGetCurrentDirectory, kSetCurrentDirectory,
-    kCreateDirectory, kRemoveDirectory, kDeleteFile, kGetFile, kPutFile, kOpenFile, kReadFile, kWriteFile,
+    kOpen,
+    kConnect,
+    kCloseHandle,
+    kFindFirst,
+    kFindNext,
+    kGetCurrentDirectory,
+    kSetCurrentDirectory,
+    kCreateDirectory,
+    kRemoveDirectory,
+    kDeleteFile,
+    kGetFile,
+    kPutFile,
+    kOpenFile,
+    kReadFile,
+    kWriteFile,
     kConnectedState,
   };
   struct RemoteNode {
@@ -42,8 +55,7 @@ class FakeInternet : public platform::InternetLibrary {
 
   // ---- Set-up ----
   // Adds a remote file (and its parent directories); paths are absolute.
-  void AddFile(const std::string& path, const std::string& data,
-               platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5});
+  void AddFile(const std::string& path, const std::string& data, platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5});
   void AddDirectory(const std::string& path);
   // Replaces every listing with these entries (names as a hostile server
   // sends them); the mask still applies.
@@ -78,7 +90,7 @@ class FakeInternet : public platform::InternetLibrary {
   std::string last_host;
   std::uint16_t last_port = 0;
   std::uint32_t last_connect_flags = 0;
-  std::uint32_t last_open_flags = 0;    // flags of the last OpenFile
+  std::uint32_t last_open_flags = 0;  // flags of the last OpenFile
   std::uint32_t last_open_access = 0;
   std::uint32_t last_transfer_flags = 0;  // flags of the last GetFile / PutFile
   std::uint32_t connect_timeout_ms = 0, read_timeout_ms = 0;
@@ -107,8 +119,8 @@ class FakeInternet : public platform::InternetLibrary {
                bool fail_if_exists, std::uint32_t attributes, std::uint32_t flags) override;
   bool PutFile(platform::InternetHandle connection, const std::string& local, const std::string& remote,
                std::uint32_t flags) override;
-  platform::InternetHandle OpenFile(platform::InternetHandle connection, const std::string& name,
-                                    std::uint32_t access, std::uint32_t flags) override;
+  platform::InternetHandle OpenFile(platform::InternetHandle connection, const std::string& name, std::uint32_t access,
+                                    std::uint32_t flags) override;
   bool ReadFile(platform::InternetHandle file, void* buffer, std::uint32_t to_read, std::uint32_t& read) override;
   bool WriteFile(platform::InternetHandle file, const void* buffer, std::uint32_t to_write,
                  std::uint32_t& written) override;
@@ -119,11 +131,11 @@ class FakeInternet : public platform::InternetLibrary {
     explicit Handle(Kind k = Kind::kInternet) : kind(k) {}
     Kind kind;
     platform::InternetHandle parent = 0;
-    std::string cwd = "/";                   // connections
-    std::vector<platform::FindData> found;   // searches
-    std::size_t next = 0;                    // searches: next entry; files: read position
-    std::string path;                        // files
-    std::string data;                        // files opened for reading (as served)
+    std::string cwd = "/";                  // connections
+    std::vector<platform::FindData> found;  // searches
+    std::size_t next = 0;                   // searches: next entry; files: read position
+    std::string path;                       // files
+    std::string data;                       // files opened for reading (as served)
     bool writing = false;
     bool ascii = false;
   };

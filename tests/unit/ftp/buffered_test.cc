@@ -74,7 +74,9 @@ TEST_F(Buffered, SmallFilesTakeTheWholeFileWay) {
     Long buffer;
   };
   const std::vector<Row> rows = {
-      {"exactly one buffer", 100, 100}, {"buffer 0", 5000, 0}, {"negative buffer", 5000, -1},
+      {"exactly one buffer", 100, 100},
+      {"buffer 0", 5000, 0},
+      {"negative buffer", 5000, -1},
       {"default buffer", 10000, 10000},
   };
   OpenSession();
@@ -134,8 +136,8 @@ TEST_F(Buffered, AStoppedGetSucceedsWithAPartialFileThatKeepsAnOldTail) {
   EXPECT_EQ(msg, "keep");
   EXPECT_EQ(c->FTPSessionStopped(), kTrue);
   EXPECT_EQ(files->Contents("/big"), Bytes(100) + std::string(400, 'O')) << "the stopped read is not written";
-  EXPECT_EQ(Events(), (std::vector<std::string>{"GetProgress big 0/300", "GetProgress big 100/300",
-                                                "GetProgress big 100/300"}));
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{"GetProgress big 0/300", "GetProgress big 100/300", "GetProgress big 100/300"}));
   ExpectIdle("after a stop");
   // The next transfer starts with fresh flags.
   host.on_get_progress = nullptr;

@@ -89,9 +89,12 @@ TEST_F(Directories, ExistsChangesInAndBackOut) {
     int changes;  // directory changes sent
   };
   const std::vector<Row> rows = {
-      {"empty", "", kTrue, 0},          {"the current one", "/pub", kTrue, 0},
-      {"current with slash", "/pub/", kTrue, 0}, {"a sub-directory", "sub", kTrue, 2},
-      {"missing", "nothing", kFalse, 2}, {"a file is no directory", "/pub/../pub/x", kFalse, 2},
+      {"empty", "", kTrue, 0},
+      {"the current one", "/pub", kTrue, 0},
+      {"current with slash", "/pub/", kTrue, 0},
+      {"a sub-directory", "sub", kTrue, 2},
+      {"missing", "nothing", kFalse, 2},
+      {"a file is no directory", "/pub/../pub/x", kFalse, 2},
   };
   for (const Row& r : rows) {
     const int before = net->Count(Op::kSetCurrentDirectory);

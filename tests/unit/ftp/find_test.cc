@@ -98,7 +98,8 @@ TEST_F(Finding, FindReportsEachEntryDecoded) {
   std::string msg = "stale";
   EXPECT_EQ(c->FTPSessionFileFind("*", msg), 2);
   EXPECT_EQ(msg, "");
-  EXPECT_EQ(Events(), (std::vector<std::string>{"Found a.txt 0 5 2026-06-01 09:05", "Found sub -1 0 2011-01-02 03:04"}));
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{"Found a.txt 0 5 2026-06-01 09:05", "Found sub -1 0 2011-01-02 03:04"}));
   EXPECT_EQ(net->OpenHandleCount(), 2) << "search closed";
   EXPECT_EQ(c->FTPSessionStopped(), kFalse);
 }
@@ -148,8 +149,7 @@ TEST_F(Finding, CancelAndStopEndTheFindAtTheRightEntry) {
        1, kFalse},
       // Cancel is the host's Boolean variable: any non-zero value it holds is true.
       {"cancel with 1 cancels too", [&] { host.on_found = [](auto&, Boolean& cancel) { cancel = 1; }; }, 1, kFalse},
-      {"stop before the first entry reports none",
-       [&] { host.on_do_events = [&] { c->FTPSessionStop(); }; }, 0, kTrue},
+      {"stop before the first entry reports none", [&] { host.on_do_events = [&] { c->FTPSessionStop(); }; }, 0, kTrue},
       {"stop from the second entry",
        [&] {
          host.on_found = [&](const std::string& name, Boolean&) {

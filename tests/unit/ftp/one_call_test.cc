@@ -87,8 +87,7 @@ TEST_F(OneCall, TransfersMoveTheFileAndCloseEverything) {
       {"binary get", [&](auto& m) { return c->FTPGetBinaryFile("server1", "user", "secret", "a.txt", "/g2", m); },
        0x80000002u},
       {"ascii put", [&](auto& m) { return c->FTPPutAsciiFile("server1", "user", "secret", "/l.txt", "p1", m); }, 1},
-      {"binary put", [&](auto& m) { return c->FTPPutBinaryFile("server1", "user", "secret", "/l.txt", "p2", m); },
-       2},
+      {"binary put", [&](auto& m) { return c->FTPPutBinaryFile("server1", "user", "secret", "/l.txt", "p2", m); }, 2},
   };
   for (const Row& r : rows) {
     std::string msg = "keep";

@@ -151,10 +151,10 @@ TEST_F(Session, ReconnectTracesEachStepAndRestoresTheDirectory) {
   EXPECT_EQ(msg, "keep");
   const std::string s = std::to_string(c->FTPSession());
   const std::string k = std::to_string(c->FTPConnect());
-  EXPECT_EQ(Events(), (std::vector<std::string>{"System CurrentDirectory=/pub", "System FTPSessionReconnect",
-                                                "System Host=server1", "System UserID=user",
-                                                "System Password=secret", "System Session=" + s,
-                                                "System Connect=" + k, "System CurrentDirectory=/pub"}));
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{"System CurrentDirectory=/pub", "System FTPSessionReconnect",
+                                      "System Host=server1", "System UserID=user", "System Password=secret",
+                                      "System Session=" + s, "System Connect=" + k, "System CurrentDirectory=/pub"}));
   EXPECT_EQ(net->OpenHandleCount(), 2) << "the old handles were closed";
 }
 

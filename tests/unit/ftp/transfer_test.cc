@@ -136,9 +136,9 @@ TEST_F(Transfers, MaskDownloadsEachFileAndReportsIt) {
 
 TEST_F(Transfers, MaskDownloadNeverTrustsAListedName) {
   std::vector<platform::FindData> listing;
-  for (const std::string& name : {std::string(""), std::string("."), std::string(".."), std::string("../evil"),
-                                  std::string("a/b"), std::string("a\\b"), std::string("n\0ul", 4),
-                                  std::string("ok.txt")}) {
+  for (const std::string& name :
+       {std::string(""), std::string("."), std::string(".."), std::string("../evil"), std::string("a/b"),
+        std::string("a\\b"), std::string("n\0ul", 4), std::string("ok.txt")}) {
     platform::FindData d;
     d.attributes = platform::kFileAttributeNormal;
     d.name = name;
@@ -194,10 +194,14 @@ TEST_F(Transfers, MaskStops) {
            if (++n == 3) c->FTPSessionStop();  // two yields belong to the count
          };
        },
-       kTrue, "", {}},
+       kTrue,
+       "",
+       {}},
       {"stop from the download event",
-       [&] { host.on_downloaded = [&](const std::string&) { c->FTPSessionStop(); }; }, kFalse,
-       "Getting of Files [*] - Interrupted.", {"Downloaded a -1"}},
+       [&] { host.on_downloaded = [&](const std::string&) { c->FTPSessionStop(); }; },
+       kFalse,
+       "Getting of Files [*] - Interrupted.",
+       {"Downloaded a -1"}},
   };
   for (const Row& r : rows) {
     net->nodes.clear();
