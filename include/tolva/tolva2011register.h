@@ -297,8 +297,27 @@ class Tolva2011Register {
   void AlignLabel(Label& LabelToAlign, Control& AnchorControl, Boolean AlignRight) noexcept;
   // "Setup and size a form to the 'Tolva' standard."
   void SetupFormTolvaSize(Control& ControlRight, Control& ControlBottom) noexcept;
+  // Sets tab stops on a list box of tab-separated rows, from the widest text
+  // of each column (or the caller's ColumnWidths, in twips), and its
+  // horizontal scroll extent to the total width.
   void ListBoxTabPositionsSet(ListBox& ListObject, Long Columns, HostArray<Long>& ColumnWidths,
                               Boolean CalculateWidths = kTrue, Long ColumnSpace = 2) noexcept;
+  // Shows the standard Open dialog. True with FilePath set to the chosen file;
+  // false when the user cancels (ErrorMessage empty) or no dialog can be
+  // shown (ErrorMessage says so). An empty Filter means DialogFilter();
+  // InitialPath is a directory or a file to start from.
+  Boolean DialogFileOpen2(std::string& FilePath, std::string& ErrorMessage, const std::string& Title = "",
+                          const std::string& Filter = "", const std::string& InitialPath = "") noexcept;
+  // The standard Save dialog, with the same arguments; it asks before a
+  // chosen file is overwritten.
+  Boolean DialogFileSave2(std::string& FilePath, std::string& ErrorMessage, const std::string& Title = "",
+                          const std::string& Filter = "", const std::string& InitialPath = "") noexcept;
+  // Shows the About box: ProgramName, ProgramAuthor, ProgramCompany and Icon.
+  Boolean ShowTolvaAboutBox(std::string& ErrorMessage) noexcept;
+  // Shows a file read-only, as text and as hex.
+  Boolean ViewBinary(const std::string& FilePath, std::string& ErrorMessage) noexcept;
+  // Opens a web address in the desktop's browser.
+  Boolean LoadURL(const std::string& URL, std::string& ErrorMessage) noexcept;
 
  private:
   std::unique_ptr<detail::ComponentState> s_;

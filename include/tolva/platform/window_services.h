@@ -46,6 +46,10 @@ class Form : public Control {
   // 0 normal, 1 minimised, 2 maximised.
   virtual Integer WindowState() const = 0;
   Form* Parent() const override { return nullptr; }
+  // The standard styling of the form's controls (caption texts, fonts, the
+  // look of locked controls), applied before the form is sized around them.
+  // A form that cannot style its controls leaves them as they are.
+  virtual void ApplyStandardStyle() {}
 };
 
 // The font of a list box, as a text measure needs it.
@@ -82,6 +86,30 @@ struct WorkArea {
   double left = 0, top = 0, width = 0, height = 0;
 };
 
+// What a standard file dialog is asked to show.
+struct FileDialogRequest {
+  bool save = false;           // a save dialog (asks before overwriting) rather than an open one
+  std::string title;           // the window title; empty for the toolkit's own
+  std::string filter;          // "Description|pattern; pattern|Description|pattern..."
+  std::string initial_path;    // a directory, or a file to preselect; empty for the current directory
+};
+
+// How a dialog ended.
+enum class DialogOutcome { kChosen, kCancelled, kUnavailable };
+
+struct FileDialogResult {
+  DialogOutcome outcome = DialogOutcome::kUnavailable;
+  std::string path;            // the chosen file when outcome is kChosen
+};
+
+// What the About box shows.
+struct AboutInfo {
+  std::string program_name;
+  std::string program_author;
+  std::string program_company;
+  std::shared_ptr<const Picture> icon;  // may be null: the toolkit's information icon
+};
+
 // A surface that measures text in one font. Measuring many strings with one
 // measurer is what makes tab-stop layout fast.
 class TextMeasurer {
@@ -105,6 +133,34 @@ class WindowServices {
   virtual int MessageBox(const std::string& text, const std::string& caption, std::uint32_t flags) = 0;
   // A measurer for `font`; nullptr without a display.
   virtual std::unique_ptr<TextMeasurer> NewTextMeasurer(const FontSpec& font) = 0;
+
+  // The calls below have working defaults that report failure, so a window
+  // service without a toolkit (a console, a test fake) needs none of them.
+
+  // A modal standard file dialog. kUnavailable when no dialog can be shown.
+  virtual FileDialogResult FileDialog(const FileDialogRequest& request) {
+    (void)request;
+    return {};
+  }
+  // A modal About box; false when none can be shown.
+  virtual bool AboutBox(const AboutInfo& about) {
+    (void)about;
+    return false;
+  }
+  // A modal read-only viewer of the file at `path` (a local path with "/"
+  // separators) as text and as hex; false when the file cannot be read or no
+  // viewer can be shown. `error` then says why, in a sentence.
+  virtual bool ViewFile(const std::string& path, const std::string& caption, std::string& error) {
+    (void)path;
+    (void)caption;
+    error.clear();
+    return false;
+  }
+  // Opens `url` in the desktop's browser; false when it cannot be handed over.
+  virtual bool OpenUrl(const std::string& url) {
+    (void)url;
+    return false;
+  }
 };
 
 }  // namespace platform
