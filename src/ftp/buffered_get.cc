@@ -50,7 +50,7 @@ Boolean BufferedGet::Run(const std::string& remote_file, const std::string& loca
   } else {
     file_error = {75, "Path/File access error"};
   }
-  if (!file) return fail(title, Describe(file_error));
+  if (!file) return fail(title, LocalFault(state_, file_error));
 
   const std::uint32_t block_size = BlockSize(buffer_size);
   const std::uint32_t type = IsTrue(ascii) ? platform::kFtpTransferTypeAscii : platform::kFtpTransferTypeBinary;
@@ -108,14 +108,14 @@ Boolean BufferedGet::Run(const std::string& remote_file, const std::string& loca
     if (file_error) {
       // A local file that can't take the data is a failure, never a silent loss.
       close_all();
-      return fail(title, Describe(file_error));
+      return fail(title, LocalFault(state_, file_error));
     }
     progress(received);
   } catch (...) {
     close_all();
     throw;
   }
-  if (!close_all()) return fail(title, Describe(file_error));
+  if (!close_all()) return fail(title, LocalFault(state_, file_error));
   // A stopped get still reports success, on purpose: hosts test FTPSessionStopped.
   return kTrue;
 }

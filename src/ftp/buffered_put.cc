@@ -58,7 +58,7 @@ Boolean BufferedPut::Run(const std::string& local_file, const std::string& remot
   if (!file) {
     // Kept as it always was, on purpose: the get wording with the remote
     // name, and the remote file handle stays open on this path.
-    return fail("Can't Get File [" + remote + "]", Describe(file_error));
+    return fail("Can't Get File [" + remote + "]", LocalFault(state_, file_error));
   }
 
   std::string name = local;
@@ -90,7 +90,7 @@ Boolean BufferedPut::Run(const std::string& local_file, const std::string& remot
       if (!file->Read(block.data(), chunk, got, file_error) || got != chunk) {
         // A file that shrank under us must not be padded with bytes it never had.
         if (!file_error) file_error = {62, "Input past end of file"};
-        fail(title + " - FTP Put Error", Describe(file_error));
+        fail(title + " - FTP Put Error", LocalFault(state_, file_error));
         close_all();
         return kFalse;
       }

@@ -26,4 +26,9 @@ std::string Describe(const platform::FileError& error) {
   return "Path/File access error";
 }
 
+std::string LocalFault(detail::ComponentState& state, const platform::FileError& error) {
+  if (error.number != 0) state.last_runtime_error = error.number;
+  return Describe(error);
+}
+
 }  // namespace tolva::ftp

@@ -30,6 +30,10 @@ bool OpenRemoteForReading(Tolva2011Register& component, detail::ComponentState& 
 // The description of a local file fault, as the host reads it.
 std::string Describe(const platform::FileError& error);
 
+// Describe(), also keeping the fault's number as the component's pending
+// run-time error, so FTPExtendedError(0) can name it afterwards.
+std::string LocalFault(detail::ComponentState& state, const platform::FileError& error);
+
 }  // namespace tolva::ftp
 
 #endif  // TOLVA_SRC_FTP_REMOTE_FILE_H_

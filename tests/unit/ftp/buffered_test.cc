@@ -195,6 +195,10 @@ TEST_F(Buffered, PutLocalOpenFailureKeepsItsOldWordingAndHandle) {
   std::string msg;
   EXPECT_EQ(c->FTPSessionPutBuffered("/l", "r", kFalse, msg, 100), kFalse);
   EXPECT_EQ(msg, "Can't Get File [r] - File not found.");
+  // The local fault stays behind as the pending error an empty number asks for.
+  Long number = 0;
+  EXPECT_EQ(c->FTPExtendedError(number), "53");
+  EXPECT_EQ(number, 53) << "written back";
   EXPECT_EQ(c->FTPSessionTest(msg), kFalse);
   EXPECT_EQ(msg, "Handle is non-zero.");
 }
