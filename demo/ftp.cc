@@ -39,14 +39,23 @@ class FtpHost : public demo::ConsoleHost {
   void FTPSessionGetProgress(std::string& name, Long& done, Long& total) override {
     constexpr int kWidth = 40;
     const double part = total > 0 ? static_cast<double>(done) / total : 0.0;
-    const int filled = static_cast<int>(part * kWidth);
-    std::cout << "\r    " << name << " [" << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] "
-              << std::setw(3) << static_cast<int>(part * 100) << "%" << std::flush;
+    const int percent = static_cast<int>(part * 100);
+    if (done == 0) last_percent_ = -1;
+    // Redrawn only when the figure changes, so a log of the tour stays short.
+    if (percent != last_percent_) {
+      last_percent_ = percent;
+      const int filled = static_cast<int>(part * kWidth);
+      std::cout << "\r    " << name << " [" << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] "
+                << std::setw(3) << percent << "%" << std::flush;
+    }
     if (stop_half_way && part >= 0.5 && component) {
       component->FTPSessionStop();
       stop_half_way = false;
     }
   }
+
+ private:
+  int last_percent_ = -1;
 };
 
 int Ftp(const demo::Args& args) {
