@@ -4,6 +4,5 @@
 
 namespace tolva::platform::posix {
 
-std::shared_ptr<InternetLibrary> NewInternetLibrary() { return nullptr; }
 
 }  // namespace tolva::platform::posix
