@@ -1,0 +1,20 @@
+// Whether Qt widgets can be used at all. QApplication aborts the process
+// when it finds no display, so a host asks first.
+#ifndef TOLVA_QT_DISPLAY_CHECK_H_
+#define TOLVA_QT_DISPLAY_CHECK_H_
+
+namespace tolva::qt {
+
+// True when a QApplication could be constructed here: a platform plugin that
+// needs no display was asked for (QT_QPA_PLATFORM=offscreen or minimal), or
+// DISPLAY / WAYLAND_DISPLAY names a display. Call before creating the
+// application object.
+bool CanStartGui() noexcept;
+
+// True when a QApplication exists on this thread and has a screen: the
+// window services work only then.
+bool GuiReady() noexcept;
+
+}  // namespace tolva::qt
+
+#endif  // TOLVA_QT_DISPLAY_CHECK_H_
