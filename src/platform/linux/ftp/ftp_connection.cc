@@ -281,27 +281,29 @@ Poco::Net::StreamSocket FtpConnection::OpenData(const std::string& verb, const s
   return data;
 }
 
-bool FtpConnection::Abort() {
-  if (dead_) return false;
+std::optional<FtpReply> FtpConnection::Abort() {
+  if (dead_) return std::nullopt;
   try {
     // Most servers answer 426 (or 226 if everything was sent already) as
     // soon as they notice the closed data socket.
     const std::uint32_t wait = read_ms_ < 3000 ? read_ms_ : 3000;
     try {
-      ReadReply(wait);
-      return true;
+      return ReadReply(wait);
     } catch (const FtpFailure& f) {
-      if (f.error() != kErrorInternetTimeout) return false;
+      if (f.error() != kErrorInternetTimeout) return std::nullopt;
       dead_ = false;  // nothing arrived yet: still in step, ask plainly
     }
     Send("ABOR", "");
     FtpReply reply = ReadReply();
     // The transfer's own reply (426/450/451) may come first, then ABOR's.
-    if (reply.code == 426 || reply.code == 450 || reply.code == 451) ReadReply(wait);
-    return true;
+    if (reply.code == 426 || reply.code == 450 || reply.code == 451) {
+      ReadReply(wait);
+      return reply;
+    }
+    return std::nullopt;
   } catch (...) {
     dead_ = true;
-    return false;
+    return std::nullopt;
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/linux/ftp/ftp_reply.h"
@@ -46,9 +47,10 @@ class FtpConnection : private Poco::Net::FTPClientSession {
   FtpReply ReadReply();
   FtpReply ReadReply(std::uint32_t wait_ms);
   // Gives up a transfer: the data socket is already closed; reads its final
-  // reply, else sends ABOR and reads what that brings. False when the
-  // control connection could not be brought back in step (it is then dead).
-  bool Abort();
+  // reply, else sends ABOR and reads what that brings. Returns the
+  // transfer's final reply when one came. If the control connection could
+  // not be brought back in step, it is dead() afterwards.
+  std::optional<FtpReply> Abort();
 
   std::uint32_t read_ms() const { return read_ms_; }
   std::uint32_t connect_ms() const { return connect_ms_; }

@@ -14,6 +14,7 @@
 #include <ctime>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <vector>
 
 #include "platform/linux/ftp/download_target.h"
@@ -126,7 +127,7 @@ class TransferGuard {
   TransferGuard& operator=(const TransferGuard&) = delete;
   void Done() { done_ = true; }
 
-  static void Abandon(FtpConnection& connection, Poco::Net::StreamSocket& data) noexcept {
+  static std::optional<FtpReply> Abandon(FtpConnection& connection, Poco::Net::StreamSocket& data) noexcept {
     try {
       data.setLinger(true, 0);
     } catch (...) {
@@ -135,7 +136,19 @@ class TransferGuard {
       data.close();
     } catch (...) {
     }
-    connection.Abort();
+    return connection.Abort();
+  }
+
+  // Abandons the transfer after `failure`. A data connection the server
+  // broke is better explained by the server's own reply (426 ...), when it
+  // sent one.
+  [[noreturn]] void FailWith(const FtpFailure& failure) {
+    done_ = true;
+    const auto reply = Abandon(connection_, data_);
+    const bool network = failure.error() == kErrorInternetConnectionAborted ||
+                         failure.error() == kErrorInternetConnectionReset;
+    if (network && reply && !reply->Completion()) throw FtpFailure(kErrorInternetExtendedError, reply->text);
+    throw failure;
   }
 
  private:
@@ -208,10 +221,14 @@ class FileObject : public HandleObject {
       return;
     }
     TransferGuard guard(connection, data);
-    if (ascii) {
-      std::string tail;
-      converter.Finish(tail);
-      SendAll(data, tail.data(), tail.size());
+    try {
+      if (ascii) {
+        std::string tail;
+        converter.Finish(tail);
+        SendAll(data, tail.data(), tail.size());
+      }
+    } catch (const FtpFailure& f) {
+      guard.FailWith(f);
     }
     guard.Done();
     FinishTransfer(connection, data);
@@ -351,11 +368,15 @@ InternetHandle PocoInternetLibrary::FindFirstFile(InternetHandle connection, con
     {
       TransferGuard guard(*c, socket);
       std::vector<char> block(64 * 1024);
-      for (;;) {
-        const std::size_t n = ReceiveFull(socket, block.data(), block.size());
-        text.append(block.data(), n);
-        if (text.size() > kMaxListingBytes) throw FtpFailure(kErrorInternetInternalError);
-        if (n < block.size()) break;
+      try {
+        for (;;) {
+          const std::size_t n = ReceiveFull(socket, block.data(), block.size());
+          text.append(block.data(), n);
+          if (text.size() > kMaxListingBytes) throw FtpFailure(kErrorInternetInternalError);
+          if (n < block.size()) break;
+        }
+      } catch (const FtpFailure& f) {
+        guard.FailWith(f);
       }
       guard.Done();
     }
@@ -441,19 +462,23 @@ bool PocoInternetLibrary::GetFile(InternetHandle connection, const std::string& 
     std::string converted;
     {
       TransferGuard guard(*c, socket);
-      for (;;) {
-        const std::size_t n = ReceiveFull(socket, block.data(), block.size());
-        std::uint32_t e = 0;
-        if (ascii) {
-          converted.clear();
-          converter.Convert(block.data(), n, converted);
-          if (n < block.size()) converter.Finish(converted);
-          e = target.Write(converted.data(), converted.size());
-        } else {
-          e = target.Write(block.data(), n);
+      try {
+        for (;;) {
+          const std::size_t n = ReceiveFull(socket, block.data(), block.size());
+          std::uint32_t e = 0;
+          if (ascii) {
+            converted.clear();
+            converter.Convert(block.data(), n, converted);
+            if (n < block.size()) converter.Finish(converted);
+            e = target.Write(converted.data(), converted.size());
+          } else {
+            e = target.Write(block.data(), n);
+          }
+          if (e != 0) throw FtpFailure(e);
+          if (n < block.size()) break;
         }
-        if (e != 0) throw FtpFailure(e);
-        if (n < block.size()) break;
+      } catch (const FtpFailure& f) {
+        guard.FailWith(f);
       }
       guard.Done();
     }
@@ -486,21 +511,25 @@ bool PocoInternetLibrary::PutFile(InternetHandle connection, const std::string& 
     std::string converted;
     {
       TransferGuard guard(*c, socket);
-      for (;;) {
-        const ssize_t n = ::read(file.fd, block.data(), block.size());
-        if (n < 0) {
-          if (errno == EINTR) continue;
-          throw FtpFailure(kErrorAccessDenied);
+      try {
+        for (;;) {
+          const ssize_t n = ::read(file.fd, block.data(), block.size());
+          if (n < 0) {
+            if (errno == EINTR) continue;
+            throw FtpFailure(kErrorAccessDenied);
+          }
+          if (ascii) {
+            converted.clear();
+            converter.Convert(block.data(), static_cast<std::size_t>(n), converted);
+            if (n == 0) converter.Finish(converted);
+            SendAll(socket, converted.data(), converted.size());
+          } else {
+            SendAll(socket, block.data(), static_cast<std::size_t>(n));
+          }
+          if (n == 0) break;
         }
-        if (ascii) {
-          converted.clear();
-          converter.Convert(block.data(), static_cast<std::size_t>(n), converted);
-          if (n == 0) converter.Finish(converted);
-          SendAll(socket, converted.data(), converted.size());
-        } else {
-          SendAll(socket, block.data(), static_cast<std::size_t>(n));
-        }
-        if (n == 0) break;
+      } catch (const FtpFailure& f) {
+        guard.FailWith(f);
       }
       guard.Done();
     }
@@ -553,24 +582,29 @@ bool PocoInternetLibrary::ReadFile(InternetHandle handle, void* buffer, std::uin
     TransferGuard guard(connection, file->data);
     bool at_end = false;
     std::size_t got = 0;
-    if (!file->ascii) {
-      got = ReceiveFull(file->data, out, to_read);
-      at_end = got < to_read;
-    } else {
-      std::vector<char> block(std::min<std::size_t>(kBlock, std::max<std::size_t>(to_read, 4096)));
-      while (file->pending.size() - file->pending_pos < to_read && !at_end) {
-        if (file->pending_pos > 0) {
-          file->pending.erase(0, file->pending_pos);
-          file->pending_pos = 0;
+    try {
+      if (!file->ascii) {
+        got = ReceiveFull(file->data, out, to_read);
+        at_end = got < to_read;
+      } else {
+        std::vector<char> block(std::min<std::size_t>(kBlock, std::max<std::size_t>(to_read, 4096)));
+        while (file->pending.size() - file->pending_pos < to_read && !at_end) {
+          if (file->pending_pos > 0) {
+            file->pending.erase(0, file->pending_pos);
+            file->pending_pos = 0;
+          }
+          const std::size_t n = ReceiveFull(file->data, block.data(), block.size());
+          file->converter.Convert(block.data(), n, file->pending);
+          at_end = n < block.size();
+          if (at_end) file->converter.Finish(file->pending);
         }
-        const std::size_t n = ReceiveFull(file->data, block.data(), block.size());
-        file->converter.Convert(block.data(), n, file->pending);
-        at_end = n < block.size();
-        if (at_end) file->converter.Finish(file->pending);
+        got = std::min<std::size_t>(to_read, file->pending.size() - file->pending_pos);
+        std::copy_n(file->pending.data() + file->pending_pos, got, out);
+        file->pending_pos += got;
       }
-      got = std::min<std::size_t>(to_read, file->pending.size() - file->pending_pos);
-      std::copy_n(file->pending.data() + file->pending_pos, got, out);
-      file->pending_pos += got;
+    } catch (const FtpFailure& f) {
+      file->ended = true;  // abandoned: the handle now only closes
+      guard.FailWith(f);
     }
     guard.Done();
     if (at_end) {
@@ -604,12 +638,16 @@ bool PocoInternetLibrary::WriteFile(InternetHandle handle, const void* buffer, s
         }
       } end_on_failure{*file};
       TransferGuard guard(connection, file->data);
-      if (file->ascii) {
-        std::string converted;
-        file->converter.Convert(in, to_write, converted);
-        SendAll(file->data, converted.data(), converted.size());
-      } else {
-        SendAll(file->data, in, to_write);
+      try {
+        if (file->ascii) {
+          std::string converted;
+          file->converter.Convert(in, to_write, converted);
+          SendAll(file->data, converted.data(), converted.size());
+        } else {
+          SendAll(file->data, in, to_write);
+        }
+      } catch (const FtpFailure& f) {
+        guard.FailWith(f);
       }
       guard.Done();
       end_on_failure.ok = true;
