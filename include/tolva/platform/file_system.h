@@ -49,7 +49,7 @@ class File {
   // Writes all `n` bytes at the current position.
   virtual bool Write(const void* buffer, std::size_t n, FileError& error) = 0;
   virtual std::uint64_t Size() = 0;
-  // Flushes to the device and closes; reports a late write error.
+  // Closes; reports a late write error.
   virtual bool Close(FileError& error) = 0;
 };
 
@@ -66,6 +66,8 @@ class FileSystem {
   // Entries matching `pattern` (a path whose last segment may hold `*` and
   // `?`). With kAttrDirectory in `attributes` directories are listed too;
   // hidden entries (leading ".") only with kAttrHidden. Ordinary files always.
+  // A last segment without wildcards names one entry, found whatever its
+  // name (hidden or not). A missing directory lists nothing and succeeds.
   virtual bool List(const std::string& pattern, std::uint32_t attributes, std::vector<DirEntry>& out,
                     FileError& error) = 0;
   virtual bool CurrentDirectory(std::string& directory, FileError& error) = 0;
@@ -80,9 +82,13 @@ class FileSystem {
   virtual bool LastWriteTime(const std::string& path, FileTime& time, FileError& error) = 0;
   virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, FileError& error) = 0;
 
-  // Reads the whole file into `out` (replacing its contents).
+  // Reads the whole file into `out` (replacing its contents). A file larger
+  // than the machine's memory fails with 7 "Out of memory"; a directory with 75.
   virtual bool ReadAll(const std::string& path, std::string& out, FileError& error) = 0;
-  // Replaces the file with `data`.
+  // Replaces the file with `data`: written to a temporary file beside it and
+  // renamed over it (flushed first when an old file is replaced), keeping its
+  // permissions, so a failed write leaves the old file whole. Devices and
+  // pipes are written where they are; a link keeps its target.
   virtual bool WriteAll(const std::string& path, const std::string& data, FileError& error) = 0;
 
   // $TMPDIR, else /tmp/, with its trailing separator.
