@@ -2,9 +2,13 @@
 
 #include <cerrno>
 
+#include "platform/linux/message_table.h"
+
 namespace tolva::platform::posix {
 
 FileError ClassicError(int number) noexcept {
+  // The texts are the message table's, so a host sees one text per number
+  // wherever it comes from; the list below is only a fallback.
   const char* text = "Path/File access error";
   switch (number) {
     case kErrOutOfMemory: text = "Out of memory"; break;
@@ -17,8 +21,11 @@ FileError ClassicError(int number) noexcept {
     case kErrPermissionDenied: text = "Permission denied"; break;
     case kErrRenameAcrossDrives: text = "Can't rename with different drive"; break;
     case kErrPathNotFound: text = "Path not found"; break;
-    default: number = kErrPathFileAccess; break;
+    default:
+      if (!MessageTableText(number)) number = kErrPathFileAccess;
+      break;
   }
+  if (const char* table = MessageTableText(number)) text = table;
   try {
     return FileError{number, text};
   } catch (...) {
@@ -50,7 +57,7 @@ FileError ClassicFileError(int err, FileOp op) noexcept {
     case EINVAL: return ClassicError(kErrBadFileName);
     case ENOMEM: return ClassicError(kErrOutOfMemory);
     case EXDEV: return ClassicError(kErrRenameAcrossDrives);
-    default: return ClassicError(kErrPathFileAccess);  // EISDIR, EROFS, ENOTEMPTY and the rest
+    default: return ClassicError(ClassicRuntimeErrorFromErrno(err).number);  // EISDIR, EROFS and the rest
   }
 }
 
