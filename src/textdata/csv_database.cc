@@ -120,15 +120,17 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
 
     if (IsTrue(TrimValues)) {
       progress.Report("Triming Values", 0);
-      for (Long f = 1; f <= NumberFields; ++f)
-        if (std::string* name = FieldNames.At(f)) textdata::TrimBlanks(*name);
-      // Records past the host array's last row have no cells to trim; the
-      // walk stops there, so a huge LastRecord on a small array costs nothing.
-      const Long last_row = std::min(NumberRecords, FieldValues.Rank() == 2 ? FieldValues.UBound(1) : 0);
-      const Long last_column = std::min(NumberFields, FieldValues.Rank() == 2 ? FieldValues.UBound(2) : 0);
-      for (Long r = 1; r <= last_row; ++r) {
-        for (Long f = 1; f <= last_column; ++f)
-          if (std::string* cell = FieldValues.At(r, f)) textdata::TrimBlanks(*cell);
+      // Only cells the host's arrays have can be trimmed; the walks stop at
+      // their last index, so a huge range on a small array costs nothing.
+      const std::int64_t last_name = std::min<std::int64_t>(fields, FieldNames.Rank() == 1 ? FieldNames.UBound(1) : 0);
+      for (std::int64_t f = 1; f <= last_name; ++f)
+        if (std::string* name = FieldNames.At(static_cast<Long>(f))) textdata::TrimBlanks(*name);
+      const bool two_dim = FieldValues.Rank() == 2;
+      const std::int64_t last_row = std::min<std::int64_t>(records, two_dim ? FieldValues.UBound(1) : 0);
+      const std::int64_t last_column = std::min<std::int64_t>(fields, two_dim ? FieldValues.UBound(2) : 0);
+      for (std::int64_t r = 1; r <= last_row; ++r) {
+        for (std::int64_t f = 1; f <= last_column; ++f)
+          if (std::string* cell = FieldValues.At(static_cast<Long>(r), static_cast<Long>(f))) textdata::TrimBlanks(*cell);
         if (progress.Step("Triming Values", r)) {
           ErrorMessage = "Read Interrupted.";
           return kTrue;  // the values were read; a stopped trim still reports success

@@ -153,9 +153,9 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
       result = kTrue;
       if (IsTrue(TrimValues)) {
         progress.Report("Triming Values", 0);
-        for (Long r = 1; r <= ReturnedRows; ++r) {
-          for (Long c = 1; c <= ReturnedColumns; ++c)
-            if (std::string* cell = InputArray.At(r, c)) textdata::TrimBlanks(*cell);
+        for (std::int64_t r = 1; r <= ReturnedRows; ++r) {
+          for (std::int64_t c = 1; c <= ReturnedColumns; ++c)
+            if (std::string* cell = InputArray.At(static_cast<Long>(r), static_cast<Long>(c))) textdata::TrimBlanks(*cell);
           // The extraction text, on purpose, also while trimming: hosts match on it.
           if (progress.Step("Extracting Values", r)) {
             ErrorMessage = "Read Interrupted.";
