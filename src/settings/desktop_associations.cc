@@ -48,7 +48,7 @@ bool KeyFileValue(std::string_view text, std::string_view group, std::string_vie
     line = Trim(line);
     if (line.empty() || line[0] == '#') continue;
     if (line[0] == '[') {
-      in_group = line == "[" + std::string(group) + "]";
+      in_group = line.size() == group.size() + 2 && line.back() == ']' && line.substr(1, group.size()) == group;
       continue;
     }
     if (!in_group) continue;

@@ -115,7 +115,7 @@ SettingsDatabase::~SettingsDatabase() { Close(); }
 
 void SettingsDatabase::Close() noexcept {
   for (sqlite3_stmt** s : {&key_exists_, &key_insert_, &value_get_, &value_set_, &value_delete_, &tree_keys_delete_,
-                           &tree_values_delete_, &children_, &data_version_, &begin_, &commit_, &rollback_}) {
+                           &tree_values_delete_, &children_, &begin_, &commit_, &rollback_}) {
     sqlite3_finalize(*s);
     *s = nullptr;
   }
@@ -184,7 +184,6 @@ bool SettingsDatabase::Prepare() {
       {&tree_keys_delete_, kTreeKeysDelete},
       {&tree_values_delete_, kTreeValuesDelete},
       {&children_, "SELECT name FROM settings_keys WHERE parent = ?1 ORDER BY name COLLATE NOCASE, name"},
-      {&data_version_, "PRAGMA data_version"},
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
       {&rollback_, "ROLLBACK"},
@@ -320,11 +319,9 @@ long SettingsDatabase::SubKeys(const std::string& path, std::vector<std::string>
 }
 
 std::uint64_t SettingsDatabase::Version() {
-  if (!db_) return 0;
-  Use use(data_version_);
-  std::uint64_t other = 0;
-  if (sqlite3_step(data_version_) == SQLITE_ROW) other = static_cast<std::uint64_t>(sqlite3_column_int64(data_version_, 0));
-  return (other << 32) + static_cast<std::uint64_t>(sqlite3_total_changes64(db_)) + 1;
+  // This connection's own changes only: cheap enough to ask on every call.
+  // Another process's changes show at the next enumeration from index 0.
+  return db_ ? static_cast<std::uint64_t>(sqlite3_total_changes64(db_)) + 1 : 0;
 }
 
 }  // namespace tolva::platform::posix

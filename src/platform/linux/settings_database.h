@@ -46,7 +46,7 @@ class SettingsDatabase {
   long DeleteTree(const std::string& path);
   // The names of the sub-keys of `path` in case-insensitive order.
   long SubKeys(const std::string& path, std::vector<std::string>& names);
-  // Changes whenever this or another connection changed the database.
+  // Changes whenever this connection changed the database (0 while it is not open).
   std::uint64_t Version();
 
  private:
@@ -72,7 +72,6 @@ class SettingsDatabase {
   sqlite3_stmt* tree_keys_delete_ = nullptr;
   sqlite3_stmt* tree_values_delete_ = nullptr;
   sqlite3_stmt* children_ = nullptr;
-  sqlite3_stmt* data_version_ = nullptr;
   sqlite3_stmt* begin_ = nullptr;
   sqlite3_stmt* commit_ = nullptr;
   sqlite3_stmt* rollback_ = nullptr;

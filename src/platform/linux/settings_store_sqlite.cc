@@ -123,7 +123,9 @@ long SqliteSettingsStore::EnumKey(SettingsKey key, std::uint32_t index, std::str
   if (!state) return kSettingsInvalidHandle;
   if ((state->access & kKeyEnumerateSubKeys) == 0) return kSettingsAccessDenied;
   // One query per enumeration rather than one per index: reading index i
-  // with OFFSET would make listing n sub-keys cost n squared.
+  // with OFFSET would make listing n sub-keys cost n squared. Index 0 starts
+  // a fresh enumeration; later indexes read the same list while this
+  // process has not changed the database, so the order stays stable.
   const std::uint64_t version = state->place.db->Version();
   if (!state->names_valid || index == 0 || version != state->names_version) {
     const long rc = state->place.db->SubKeys(state->place.path, state->names);
