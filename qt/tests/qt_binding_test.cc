@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStyle>
+#include <QTemporaryDir>
 
 #include <cmath>
 #include <cstdlib>
@@ -173,6 +174,41 @@ TEST_F(QtBinding, MeasuresUseTheListFontAndAreWholeTwips) {
   const double expected = QFontMetricsF(big).horizontalAdvance(QStringLiteral("Measure me")) * factor;
   EXPECT_NEAR(measurer->TextWidthTwips("Measure me"), expected, 1e-6);
   EXPECT_EQ(measurer->TextWidthTwips(""), 0);
+}
+
+TEST_F(QtBinding, AWindowComesBackWhereItWasSaved) {
+  // A settings store of the test's own, in a temporary configuration home.
+  QTemporaryDir home;
+  ASSERT_TRUE(home.isValid());
+  qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+  Tolva2011Register c(qt::QtServices());
+  c.RegistryApp("tolva-qt-test");
+  struct Row {
+    std::string label;
+    bool fixed;
+    QRect saved;
+  };
+  const std::vector<Row> rows = {
+      {"sizable window: place and size", false, {120, 90, 500, 300}},
+      {"fixed window: place only", true, {60, 40, 320, 200}},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.label);
+    const std::string section = r.fixed ? "Fixed" : "Sizable";
+    QWidget window;
+    if (r.fixed) window.setFixedSize(r.saved.size());
+    window.resize(r.saved.size());
+    window.move(r.saved.topLeft());
+    window.show();
+    qt::QtForm form(&window);
+    c.RegistrySavePosition(form, section);
+    window.move(r.saved.topLeft() + QPoint(200, 150));
+    if (!r.fixed) window.resize(r.saved.size() - QSize(100, 80));
+    c.RegistryGetPosition(form, section);
+    EXPECT_EQ(window.frameGeometry().topLeft(), r.saved.topLeft());
+    EXPECT_EQ(window.frameGeometry().size(), r.saved.size() + (window.frameGeometry().size() - window.size()));
+  }
+  qunsetenv("XDG_CONFIG_HOME");
 }
 
 // No QApplication (no platform asked for, no display): every member fails
