@@ -390,7 +390,13 @@ InternetHandle FakeInternet::OpenFile(InternetHandle connection, const std::stri
     nodes[path] = RemoteNode{};  // STOR creates the file at once
   } else {
     if (name.empty() || !IsFile(path)) return Error(platform::kErrorInternetExtendedError, NoSuchFile(name)), 0;
-    f.data = f.ascii ? ToCrLf(nodes[path].data) : nodes[path].data;
+    const RemoteNode& node = nodes[path];
+    if (node.generated) {
+      f.generated = true;
+      f.generated_left = node.listed_size.value_or(0);
+    } else {
+      f.data = f.ascii ? ToCrLf(node.data) : node.data;
+    }
   }
   const InternetHandle h = next_handle++;
   handles_[h] = std::move(f);
@@ -402,6 +408,14 @@ bool FakeInternet::ReadFile(InternetHandle file, void* buffer, std::uint32_t to_
   if (Enter(Op::kReadFile, "Read " + std::to_string(to_read))) return false;
   Handle* f = Find(file, Kind::kFile);
   if (!f || f->writing) return Error(platform::kErrorInvalidHandle);
+  if (f->generated) {
+    std::uint64_t n = std::min<std::uint64_t>(to_read, f->generated_left);
+    if (read_limit) n = std::min<std::uint64_t>(n, read_limit);
+    std::memset(buffer, 0, static_cast<std::size_t>(n));
+    f->generated_left -= n;
+    read = static_cast<std::uint32_t>(n);
+    return true;
+  }
   std::size_t n = std::min<std::size_t>(to_read, f->data.size() - std::min(f->next, f->data.size()));
   if (read_limit) n = std::min<std::size_t>(n, read_limit);
   if (n) std::memcpy(buffer, f->data.data() + f->next, n);

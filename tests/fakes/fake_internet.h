@@ -48,6 +48,9 @@ class FakeInternet : public platform::InternetLibrary {
     bool directory = false;
     std::string data;
     std::optional<std::uint64_t> listed_size;  // size the listing reports, when not data.size()
+    // Reads of a file opened for reading yield listed_size bytes of zeros
+    // without storing them: files beyond what memory would hold.
+    bool generated = false;
     platform::FindTime time{true, 2011, 1, 2, 3, 4, 5};
   };
 
@@ -136,6 +139,8 @@ class FakeInternet : public platform::InternetLibrary {
     std::size_t next = 0;                   // searches: next entry; files: read position
     std::string path;                       // files
     std::string data;                       // files opened for reading (as served)
+    std::uint64_t generated_left = 0;       // files of generated content: bytes still to come
+    bool generated = false;
     bool writing = false;
     bool ascii = false;
   };

@@ -283,3 +283,81 @@ TEST_F(Buffered, GetBufferReadsTheHeadInOneRead) {
 
 }  // namespace
 }  // namespace tolva::ftptest
+
+namespace tolva::ftptest {
+namespace {
+
+// A local file system that only counts what is written to it.
+class CountingSink : public platform::FileSystem {
+ public:
+  std::uint64_t written = 0;
+  class SinkFile : public platform::File {
+   public:
+    explicit SinkFile(std::uint64_t& total) : total_(total) {}
+    bool Read(void*, std::size_t, std::size_t& got, platform::FileError&) override {
+      got = 0;
+      return true;
+    }
+    bool Write(const void*, std::size_t n, platform::FileError&) override {
+      total_ += n;
+      return true;
+    }
+    std::uint64_t Size() override { return total_; }
+    bool Close(platform::FileError&) override { return true; }
+
+   private:
+    std::uint64_t& total_;
+  };
+  bool List(const std::string&, std::uint32_t, std::vector<platform::DirEntry>&, platform::FileError&) override {
+    return false;
+  }
+  bool CurrentDirectory(std::string&, platform::FileError&) override { return false; }
+  bool ChangeDirectory(const std::string&, platform::FileError&) override { return false; }
+  bool MakeDirectory(const std::string&, platform::FileError&) override { return false; }
+  bool DeleteFiles(const std::string&, platform::FileError&) override { return false; }
+  bool SetAttributesNormal(const std::string&, platform::FileError&) override { return false; }
+  bool Length(const std::string&, std::uint64_t&, platform::FileError&) override { return false; }
+  bool LastWriteTime(const std::string&, platform::FileTime&, platform::FileError&) override { return false; }
+  std::unique_ptr<platform::File> Open(const std::string&, platform::OpenMode, platform::FileError&) override {
+    return std::make_unique<SinkFile>(written);
+  }
+  bool ReadAll(const std::string&, std::string&, platform::FileError&) override { return false; }
+  bool WriteAll(const std::string&, const std::string&, platform::FileError&) override { return false; }
+  std::string TempPath() override { return "/tmp/"; }
+  bool TempFileName(const std::string&, const std::string&, std::string&, platform::FileError&) override {
+    return false;
+  }
+  std::string WindowsDirectory() override { return ""; }
+  std::string SystemDirectory() override { return ""; }
+};
+
+TEST_F(Buffered, BeyondTwoGiBTheLoopCountsOnAndTheHostSeesAClampedFigure) {
+  constexpr std::uint64_t kSize = (2ull << 30) + 100;  // one past what a Long holds, and more
+  auto sink = std::make_shared<CountingSink>();
+  platform::Services s;
+  s.files = sink;
+  s.internet = net;
+  c = std::make_unique<Tolva2011Register>(s, &host, &host);
+  net->AddFile("/huge", "");
+  net->nodes["/huge"].listed_size = kSize;
+  net->nodes["/huge"].generated = true;
+  OpenSession();
+  Long last = -1;
+  int reports = 0;
+  bool monotonic = true;
+  host.on_get_progress = [&](Long& done, Long& total) {
+    monotonic = monotonic && done >= last && total == 2147483647;
+    last = done;
+    ++reports;
+  };
+  host.events.reserve(30000);
+  std::string msg;
+  ASSERT_EQ(c->FTPSessionGetBuffered("huge", "/sink", kFalse, msg, 100000), kTrue) << msg;
+  EXPECT_EQ(sink->written, kSize) << "every byte arrived";
+  EXPECT_TRUE(monotonic) << "progress never wrapped below what it showed before";
+  EXPECT_EQ(last, 2147483647);
+  EXPECT_EQ(reports, static_cast<int>(kSize / 100000) + 2);
+}
+
+}  // namespace
+}  // namespace tolva::ftptest
