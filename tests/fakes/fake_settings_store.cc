@@ -51,6 +51,7 @@ void FakeSettingsStore::Put(Root root, const std::string& path, const std::strin
   const std::string n = Normal(path);
   Ensure(root, n);
   values_[{root, Fold(n), Fold(name)}] = {type, data};
+  value_names_.emplace(std::make_tuple(static_cast<int>(root), Fold(n), Fold(name)), name);
 }
 
 bool FakeSettingsStore::HasKey(Root root, const std::string& path) const {
@@ -161,6 +162,26 @@ long FakeSettingsStore::QueryValue(platform::SettingsKey key, const std::string&
   return kSettingsOk;
 }
 
+long FakeSettingsStore::EnumValue(platform::SettingsKey key, std::uint32_t index, std::string& name,
+                                  std::uint32_t& type, std::string& data) {
+  ++reads;
+  auto it = open_.find(key);
+  if (it == open_.end()) return kSettingsInvalidHandle;
+  if (!(it->second.access & platform::kKeyQueryValue)) return kSettingsAccessDenied;
+  if (fail_reads) return kSettingsStoreFailed;
+  std::uint32_t i = 0;
+  for (const auto& [k, v] : values_) {
+    if (std::get<0>(k) != it->second.root || std::get<1>(k) != it->second.path) continue;
+    if (i++ != index) continue;
+    auto spelt = value_names_.find(k);
+    name = spelt == value_names_.end() ? std::get<2>(k) : spelt->second;
+    type = v.type;
+    data = v.data;
+    return kSettingsOk;
+  }
+  return kSettingsNoMoreItems;
+}
+
 long FakeSettingsStore::SetValue(platform::SettingsKey key, const std::string& name, std::uint32_t type,
                                  const std::string& data) {
   ++writes;
@@ -169,6 +190,7 @@ long FakeSettingsStore::SetValue(platform::SettingsKey key, const std::string& n
   if (!(it->second.access & platform::kKeySetValue)) return kSettingsAccessDenied;
   if (fail_writes) return kSettingsStoreFailed;
   values_[{it->second.root, it->second.path, Fold(name)}] = {type, data};
+  value_names_.emplace(std::make_tuple(static_cast<int>(it->second.root), it->second.path, Fold(name)), name);
   return kSettingsOk;
 }
 

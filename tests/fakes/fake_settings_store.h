@@ -49,6 +49,8 @@ class FakeSettingsStore : public platform::SettingsStore {
   long EnumKey(platform::SettingsKey key, std::uint32_t index, std::string& name) override;
   long QueryValue(platform::SettingsKey key, const std::string& name, std::uint32_t& type,
                   std::string& data) override;
+  long EnumValue(platform::SettingsKey key, std::uint32_t index, std::string& name, std::uint32_t& type,
+                 std::string& data) override;
   long SetValue(platform::SettingsKey key, const std::string& name, std::uint32_t type,
                 const std::string& data) override;
   long GetString(const std::string& path, const std::string& name, std::string& value) override;
@@ -70,8 +72,9 @@ class FakeSettingsStore : public platform::SettingsStore {
 
   // (root, folded path) -> spelling of the last level; the root itself is implicit.
   std::map<std::pair<int, std::string>, std::string> keys_;
-  // (root, folded path, folded name) -> value
+  // (root, folded path, folded name) -> value, and the name as first spelt
   std::map<std::tuple<int, std::string, std::string>, Value> values_;
+  std::map<std::tuple<int, std::string, std::string>, std::string> value_names_;
   std::map<platform::SettingsKey, Open> open_;
   platform::SettingsKey next_ = 1;
 };

@@ -78,6 +78,10 @@ class SettingsStore {
   // numbers as 4 little-endian bytes). "" names the key's default value.
   // Needs kKeyQueryValue.
   virtual long QueryValue(SettingsKey key, const std::string& name, std::uint32_t& type, std::string& data) = 0;
+  // RegEnumValue: the name, type and data of value `index` (0-based) in
+  // case-insensitive name order, or 259 past the last. Needs kKeyQueryValue.
+  virtual long EnumValue(SettingsKey key, std::uint32_t index, std::string& name, std::uint32_t& type,
+                         std::string& data) = 0;
   // RegSetValueEx: stores the value, replacing one of the same name. Needs
   // kKeySetValue; each call is one durable transaction.
   virtual long SetValue(SettingsKey key, const std::string& name, std::uint32_t type, const std::string& data) = 0;

@@ -115,7 +115,7 @@ SettingsDatabase::~SettingsDatabase() { Close(); }
 
 void SettingsDatabase::Close() noexcept {
   for (sqlite3_stmt** s : {&key_exists_, &key_insert_, &value_get_, &value_set_, &value_delete_, &tree_keys_delete_,
-                           &tree_values_delete_, &children_, &begin_, &commit_, &rollback_}) {
+                           &tree_values_delete_, &children_, &value_at_, &begin_, &commit_, &rollback_}) {
     sqlite3_finalize(*s);
     *s = nullptr;
   }
@@ -184,6 +184,9 @@ bool SettingsDatabase::Prepare() {
       {&tree_keys_delete_, kTreeKeysDelete},
       {&tree_values_delete_, kTreeValuesDelete},
       {&children_, "SELECT name FROM settings_keys WHERE parent = ?1 ORDER BY name COLLATE NOCASE, name"},
+      {&value_at_,
+       "SELECT name, type, data FROM settings_values WHERE path = ?1 ORDER BY name COLLATE NOCASE, name "
+       "LIMIT 1 OFFSET ?2"},
       {&begin_, "BEGIN IMMEDIATE"},
       {&commit_, "COMMIT"},
       {&rollback_, "ROLLBACK"},
@@ -259,6 +262,22 @@ long SettingsDatabase::Get(const std::string& path, const std::string& name, std
   if (rc != SQLITE_ROW) return StoreError(rc);
   type = static_cast<std::uint32_t>(sqlite3_column_int64(value_get_, 0));
   data = use.Column(1);
+  return kSettingsOk;
+}
+
+long SettingsDatabase::ValueAt(const std::string& path, std::uint32_t index, std::string& name,
+                               std::uint32_t& type, std::string& data) {
+  if (const long rc = Open(Need::kRead); rc != kSettingsOk) return rc == kSettingsNotFound ? kSettingsNoMoreItems : rc;
+  // Values of one key are few; an offset per index is cheap enough here.
+  Use use(value_at_);
+  use.Text(1, path);
+  use.Int(2, index);
+  const int rc = sqlite3_step(value_at_);
+  if (rc == SQLITE_DONE) return kSettingsNoMoreItems;
+  if (rc != SQLITE_ROW) return StoreError(rc);
+  name = use.Column(0);
+  type = static_cast<std::uint32_t>(sqlite3_column_int64(value_at_, 1));
+  data = use.Column(2);
   return kSettingsOk;
 }
 

@@ -147,6 +147,15 @@ long SqliteSettingsStore::QueryValue(SettingsKey key, const std::string& name, s
   return state->place.db->Get(state->place.path, name, type, data);
 }
 
+long SqliteSettingsStore::EnumValue(SettingsKey key, std::uint32_t index, std::string& name, std::uint32_t& type,
+                                    std::string& data) {
+  std::lock_guard<std::mutex> lock(mu_);
+  OpenKeyState* state = Find(key);
+  if (!state) return kSettingsInvalidHandle;
+  if ((state->access & kKeyQueryValue) == 0) return kSettingsAccessDenied;
+  return state->place.db->ValueAt(state->place.path, index, name, type, data);
+}
+
 long SqliteSettingsStore::SetValue(SettingsKey key, const std::string& name, std::uint32_t type,
                                    const std::string& data) {
   std::lock_guard<std::mutex> lock(mu_);

@@ -24,6 +24,8 @@ class SqliteSettingsStore : public SettingsStore {
   long CloseKey(SettingsKey key) override;
   long EnumKey(SettingsKey key, std::uint32_t index, std::string& name) override;
   long QueryValue(SettingsKey key, const std::string& name, std::uint32_t& type, std::string& data) override;
+  long EnumValue(SettingsKey key, std::uint32_t index, std::string& name, std::uint32_t& type,
+                 std::string& data) override;
   long SetValue(SettingsKey key, const std::string& name, std::uint32_t type, const std::string& data) override;
 
   long GetString(const std::string& path, const std::string& name, std::string& value) override;
