@@ -15,7 +15,9 @@ int TextMargin(const QStyleOptionViewItem& option) {
 }  // namespace
 
 double TabStopDelegate::AverageCharWidth(const QFont& font) {
-  return QFontMetricsF(font).horizontalAdvance(
+  QFont unkerned = font;
+  unkerned.setKerning(false);
+  return QFontMetricsF(unkerned).horizontalAdvance(
              QStringLiteral("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ")) /
          52.0;
 }
@@ -52,7 +54,9 @@ void TabStopDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
       painter->drawLine(start - 2, cell.top(), start - 2, cell.bottom());
     }
     painter->setPen(opt.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
-    painter->setFont(opt.font);
+    QFont font = opt.font;
+    font.setKerning(false);  // drawn as it was measured
+    painter->setFont(font);
     const QRect column(start, cell.top(), qMax(0, end - start - 3), cell.height());
     painter->drawText(column, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, parts[i]);
   }

@@ -24,16 +24,32 @@ namespace {
 
 QString Q(const std::string& s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
 
+// Measures as the classic text-width call does: the sum of the characters'
+// advances, without kerning. Printable ASCII (most of any list) is summed
+// from a per-character table; anything else is shaped by Qt.
 class FontMeasurer : public platform::TextMeasurer {
  public:
-  FontMeasurer(const QFont& font, double twips_per_pixel) : metrics_(font), twips_per_pixel_(twips_per_pixel) {}
+  FontMeasurer(const QFont& font, double twips_per_pixel) : metrics_(Unkerned(font)), twips_per_pixel_(twips_per_pixel) {
+    for (int ch = 0x20; ch < 0x7F; ++ch) ascii_[ch - 0x20] = metrics_.horizontalAdvance(QChar(ch));
+  }
   double TextWidthTwips(const std::string& text) override {
-    return metrics_.horizontalAdvance(Q(text)) * twips_per_pixel_;
+    double pixels = 0;
+    for (char ch : text) {
+      const auto b = static_cast<unsigned char>(ch);
+      if (b < 0x20 || b >= 0x7F) return metrics_.horizontalAdvance(Q(text)) * twips_per_pixel_;
+      pixels += ascii_[b - 0x20];
+    }
+    return pixels * twips_per_pixel_;
   }
 
  private:
+  static QFont Unkerned(QFont font) {
+    font.setKerning(false);
+    return font;
+  }
   QFontMetricsF metrics_;  // one metrics object for every string: font resolution happens once
   double twips_per_pixel_;
+  double ascii_[0x7F - 0x20] = {};
 };
 
 double TwipsPerPixel(double dpi) { return dpi > 0 ? 1440.0 / dpi : 0; }

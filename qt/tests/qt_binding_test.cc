@@ -140,7 +140,9 @@ TEST_F(QtBinding, TabStopsOfRealRowsLeaveEveryColumnRoomForItsText) {
   const std::vector<Long>& stops = box.delegate()->tab_stops();
   ASSERT_EQ(stops.size(), 4u);
   EXPECT_EQ(stops[0], 0);
-  const QFontMetricsF metrics(list.font());
+  QFont unkerned = list.font();
+  unkerned.setKerning(false);  // widths are measured as the classic call does, without kerning
+  const QFontMetricsF metrics(unkerned);
   const double average = qt::TabStopDelegate::AverageCharWidth(list.font());
   for (int column = 0; column < 4; ++column) {
     SCOPED_TRACE(column);
@@ -171,9 +173,13 @@ TEST_F(QtBinding, MeasuresUseTheListFontAndAreWholeTwips) {
   auto measurer = windows->NewTextMeasurer(spec);
   ASSERT_NE(measurer, nullptr);
   big.setBold(true);
+  big.setKerning(false);
   const double expected = QFontMetricsF(big).horizontalAdvance(QStringLiteral("Measure me")) * factor;
   EXPECT_NEAR(measurer->TextWidthTwips("Measure me"), expected, 1e-6);
   EXPECT_EQ(measurer->TextWidthTwips(""), 0);
+  // Text outside printable ASCII is shaped by the toolkit.
+  EXPECT_NEAR(measurer->TextWidthTwips("\xc3\x85re"),
+              QFontMetricsF(big).horizontalAdvance(QString::fromUtf8("\xc3\x85re")) * factor, 1e-6);
 }
 
 TEST_F(QtBinding, AWindowComesBackWhereItWasSaved) {
