@@ -84,9 +84,20 @@ std::vector<FtpServerKind> AvailableFtpServers() {
     }
     if (FileExecutable(kProftpd)) kinds.push_back(FtpServerKind::kProftpd);
     else notices.push_back("proftpd: proftpd-basic is not installed");
-    // vsftpd needs a system user with a PAM password and pure-ftpd its own
-    // user database; neither is set up by this fixture yet.
-    notices.push_back("vsftpd and pure-ftpd: not set up by this fixture yet");
+    // vsftpd needs a system user with a PAM password: not set up by this
+    // fixture. pure-ftpd runs with its own user database, as root.
+    notices.push_back("vsftpd: needs a system user with a PAM password, not set up by this fixture");
+    const std::string dir = FtpDaemonDir();
+    if (::geteuid() != 0) {
+      notices.push_back("pure-ftpd: needs root, the tests run unprivileged");
+    } else if (!FileExecutable(dir + "/usr/sbin/pure-ftpd") || !FileExecutable(dir + "/usr/bin/pure-pw")) {
+      notices.push_back("pure-ftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
+    } else if (std::getenv("TOLVA_FTP_PURE_FTPD") == nullptr) {
+      // Works, but not yet through the whole table in CI: opt in for now.
+      notices.push_back("pure-ftpd: set TOLVA_FTP_PURE_FTPD=1 to run it");
+    } else {
+      kinds.push_back(FtpServerKind::kPureFtpd);
+    }
     for (const auto& n : notices) std::cerr << "NOTICE: FTP server skipped: " << n << "\n";
   });
   return kinds;
@@ -364,7 +375,31 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
 }
 
 bool FtpServer::LaunchPureFtpd(std::string* why) {
-  *why = "pure-ftpd is not wired into the fixture yet";
+  // Virtual user "tolva" in pure-ftpd's own database, running as nobody.
+  if (::chown(root_.c_str(), 65534, 65534) != 0) {
+    *why = "cannot hand the root to nobody";
+    return false;
+  }
+  const std::string dir = FtpDaemonDir();
+  const std::string command = "printf '%s\\n%s\\n' '" + password_ + "' '" + password_ + "' | " + dir +
+                              "/usr/bin/pure-pw useradd " + user_ + " -u 65534 -g 65534 -d " + root_ + " -f " +
+                              work_ + "/passwd -m -F " + work_ + "/pure.pdb >/dev/null 2>&1";
+  if (std::system(command.c_str()) != 0) {
+    *why = "pure-pw could not make the user database";
+    return false;
+  }
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    port_ = PickFreePort();
+    if (!process_.Spawn({dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
+                         "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64"},
+                        work_ + "/server.log")) {
+      *why = "fork failed";
+      return false;
+    }
+    if (WaitForGreeting(port_, 5000)) return true;
+    process_.Stop();
+  }
+  *why = "did not start listening";
   return false;
 }
 

@@ -73,7 +73,7 @@ class FtpServer {
   // The directory the user lands in after login, on the local disk.
   std::string Root() const { return root_; }
   // True when the server offers MLSD (so listings do not go through LIST).
-  bool HasMlsd() const { return kind_ == FtpServerKind::kPyftpdlib || kind_ == FtpServerKind::kProftpd; }
+  bool HasMlsd() const { return kind_ != FtpServerKind::kVsftpd; }
   bool Running() { return process_.Running(); }
   // Server's own log (for a failing test's message).
   std::string LogText() const;

@@ -107,12 +107,17 @@ TEST_P(RealServerTest, NamesWithBlanksAndNonAsciiBytes) {
   ASSERT_TRUE(WriteWholeFile(up, "abc"));
   for (const auto& name : names) {
     SCOPED_TRACE(name);
+    // pure-ftpd trims the leading blanks of every argument itself.
+    if (name[0] == ' ' && GetParam() == FtpServerKind::kPureFtpd) continue;
     ASSERT_TRUE(s_.lib->PutFile(s_.connection, up, name, platform::kFtpTransferTypeBinary)) << s_.lib->LastResponseInfo();
     EXPECT_EQ("abc", ReadWholeFile(server_->Root() + "/" + name));
   }
   std::set<std::string> listed;
   for (const auto& e : List("")) listed.insert(e.name);
-  for (const auto& name : names) EXPECT_TRUE(listed.count(name)) << "not listed: [" << name << "]";
+  for (const auto& name : names) {
+    if (name[0] == ' ' && GetParam() == FtpServerKind::kPureFtpd) continue;
+    EXPECT_TRUE(listed.count(name)) << "not listed: [" << name << "]";
+  }
 }
 
 TEST_P(RealServerTest, ListingGivesTypesSizesDatesAndMasksMatchHere) {
