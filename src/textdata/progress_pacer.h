@@ -37,7 +37,8 @@ class ProgressPacer {
   // After each record: when `records` is a multiple of ReadWriteIncrement,
   // reports, yields to the host and returns whether it cancelled.
   bool Step(const char* message, std::int64_t records) {
-    if (records % interval_ != 0) return false;
+    // At the default interval of 1 every record is due; no division per row.
+    if (interval_ != 1 && records % interval_ != 0) return false;
     Report(message, records);
     state_.DoEvents();
     return state_.text.cancel != kFalse;
