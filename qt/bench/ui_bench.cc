@@ -78,8 +78,8 @@ void BM_FreshFontMetricsPerCell(benchmark::State& state) {
   state.counters["rows"] = kRows;
 }
 
-BENCHMARK(BM_ListBoxTabPositionsSet)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
-BENCHMARK(BM_FreshFontMetricsPerCell)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly(true);
+BENCHMARK(BM_ListBoxTabPositionsSet)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
+BENCHMARK(BM_FreshFontMetricsPerCell)->Unit(benchmark::kMillisecond)->Repetitions(3)->ReportAggregatesOnly(true);
 
 }  // namespace
 

@@ -78,6 +78,9 @@ QtListBox::QtListBox(QListWidget* list) : list_(list) {
     list->setItemDelegate(delegate_);
   }
   list->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  // Rows of a list box are one line each: laying out a long list must not
+  // shape every row's text to find its height.
+  list->setUniformItemSizes(true);
 }
 
 FontSpec QtListBox::Font() const {
