@@ -74,7 +74,10 @@ std::string KeyName(long i) { return "Key" + std::to_string(i % 1000); }
 void BM_BareSqliteUpsert(benchmark::State& state) {
   BareTable t(TempDatabase("bare-upsert.db"));
   long i = 0;
-  for (auto _ : state) t.Upsert(KeyName(i++), "value " + std::to_string(i));
+  for (auto _ : state) {
+    t.Upsert(KeyName(i), "value " + std::to_string(i));
+    ++i;
+  }
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_BareSqliteUpsert)->MinTime(1.0);
@@ -83,7 +86,10 @@ void BM_RegistrySaveSetting(benchmark::State& state) {
   tolva::Tolva2011Register c(DatabaseServices(TempDatabase("save.db")));
   c.RegistryApp("Bench");
   long i = 0;
-  for (auto _ : state) c.RegistrySaveSetting("Section", KeyName(i++), "value " + std::to_string(i));
+  for (auto _ : state) {
+    c.RegistrySaveSetting("Section", KeyName(i), "value " + std::to_string(i));
+    ++i;
+  }
   state.SetItemsProcessed(state.iterations());
 }
 BENCHMARK(BM_RegistrySaveSetting)->MinTime(1.0);
