@@ -64,7 +64,7 @@ class Variant {
   // Typed reads. Each returns the held value when the kind matches and a
   // conversion otherwise (numbers to and from their decimal text, with "."
   // as the decimal point); an empty variant reads as "", 0 or false.
-  std::string AsString() const;
+  std::string AsString() const noexcept;  // "" if the text cannot be allocated
   Long AsLong() const noexcept;
   Single AsSingle() const noexcept;
   Double AsDouble() const noexcept;
@@ -80,6 +80,7 @@ class Variant {
   };
   using Store = std::variant<std::monostate, std::string, Long, Single, Double, BoolBox, PictureRef>;
   explicit Variant(Store s) noexcept : v_(std::move(s)) {}
+  std::string Text() const;
   Store v_;
 };
 

@@ -169,8 +169,8 @@ TEST_F(QtBinding, TabStopsOfRealRowsLeaveEveryColumnRoomForItsText) {
 TEST_F(QtBinding, MeasuresUseTheListFontAndAreWholeTwips) {
   QFont big = QApplication::font();
   big.setPointSizeF(big.pointSizeF() * 2);
-  FontSpec spec{big.family().toStdString(), big.pointSizeF(), true, false};
-  auto measurer = windows->NewTextMeasurer(spec);
+  FontSpec font{big.family().toStdString(), big.pointSizeF(), true, false};
+  auto measurer = windows->NewTextMeasurer(font);
   ASSERT_NE(measurer, nullptr);
   big.setBold(true);
   big.setKerning(false);

@@ -34,7 +34,15 @@ Long ClampToLong(double v) noexcept {
 
 }  // namespace
 
-std::string Variant::AsString() const {
+std::string Variant::AsString() const noexcept {
+  try {
+    return Text();
+  } catch (...) {
+    return std::string();
+  }
+}
+
+std::string Variant::Text() const {
   switch (kind()) {
     case Kind::kEmpty: return "";
     case Kind::kString: return std::get<std::string>(v_);
