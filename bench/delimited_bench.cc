@@ -66,10 +66,18 @@ const Files& TheFiles() {
         }
         plain += field;
         switch (rng() % 9) {
-          case 0: quoted += "\"" + field + "\""; break;
-          case 1: quoted += "\"" + field + ", " + field + "\""; break;
-          case 2: quoted += "\"say \"\"" + field + "\"\"\""; break;
-          default: quoted += field; break;
+          case 0:
+            quoted += "\"" + field + "\"";
+            break;
+          case 1:
+            quoted += "\"" + field + ", " + field + "\"";
+            break;
+          case 2:
+            quoted += "\"say \"\"" + field + "\"\"\"";
+            break;
+          default:
+            quoted += field;
+            break;
         }
         if (k == 9 && r % 50 == 0) quoted += ",\"two\r\nlines\"";
       }
@@ -235,8 +243,10 @@ void Register() {
                                  std::string(kPythonList) + p);
   }
   benchmark::RegisterBenchmark("PeakMemory_ReadFileToArray/plain", PeakMemory, &f.plain)->Iterations(1);
-  const Named hostile[] = {{"unclosed_quote", &f.unclosed},     {"no_delimiter", &f.no_delimiter},
-                           {"only_delimiters", &f.only_delimiters}, {"only_quotes", &f.only_quotes},
+  const Named hostile[] = {{"unclosed_quote", &f.unclosed},
+                           {"no_delimiter", &f.no_delimiter},
+                           {"only_delimiters", &f.only_delimiters},
+                           {"only_quotes", &f.only_quotes},
                            {"million_empty_lines", &f.empty_lines}};
   for (const Named& n : hostile) {
     benchmark::RegisterBenchmark((std::string("Linear_GetSize/") + n.name).c_str(), GetSize, n.path, false);

@@ -34,8 +34,12 @@ std::string BenchDir() {
   const char* d = std::getenv("TOLVA_BENCH_DIR");
   return d && *d ? d : ".";
 }
-std::string BigFile() { return BenchDir() + "/tolva-bench-1g.bin"; }
-std::string IniFile() { return BenchDir() + "/tolva-bench-10k.ini"; }
+std::string BigFile() {
+  return BenchDir() + "/tolva-bench-1g.bin";
+}
+std::string IniFile() {
+  return BenchDir() + "/tolva-bench-10k.ini";
+}
 
 // Runs a shell command and returns its wall time in seconds.
 double TimeShell(const std::string& command) {
@@ -95,7 +99,8 @@ void BM_ReadFilePeakMemory(benchmark::State& state) {
     const pid_t pid = ::fork();
     if (pid == 0) {
       tolva::Tolva2011Register c;
-      struct rusage before {}, after {};
+      struct rusage before {
+      }, after{};
       ::getrusage(RUSAGE_SELF, &before);
       std::string text = c.ReadFile(BigFile());
       ::getrusage(RUSAGE_SELF, &after);
@@ -119,8 +124,8 @@ void BM_DdReference(benchmark::State& state) {
   for (auto _ : state) {
     ::unlink(out.c_str());
     ::sync();  // the same start as the member's: no dirty pages, freed pages settled
-    state.SetIterationTime(TimeShell("dd if=/dev/zero of='" + out + "' bs=1M count=1024 status=none" +
-                                     (sync ? " conv=fdatasync" : "")));
+    state.SetIterationTime(
+        TimeShell("dd if=/dev/zero of='" + out + "' bs=1M count=1024 status=none" + (sync ? " conv=fdatasync" : "")));
   }
   ::unlink(out.c_str());
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(kBig));
@@ -178,7 +183,13 @@ void BM_ProfileReparseReference(benchmark::State& state) {
 BENCHMARK(BM_CatReference)->UseManualTime()->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadFile)->UseManualTime()->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadFilePeakMemory)->UseManualTime()->Iterations(1)->Repetitions(1);
-BENCHMARK(BM_DdReference)->Arg(0)->Arg(1)->UseManualTime()->Iterations(1)->Repetitions(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DdReference)
+    ->Arg(0)
+    ->Arg(1)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Repetitions(3)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_WriteFile)->Arg(0)->Arg(1)->UseManualTime()->Iterations(1)->Repetitions(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ProfileLookup)->Repetitions(5)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ProfileReparseReference)->Repetitions(5)->Unit(benchmark::kMicrosecond);

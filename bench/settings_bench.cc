@@ -35,8 +35,9 @@ class BareTable {
  public:
   explicit BareTable(const std::string& path) {
     sqlite3_open(path.c_str(), &db_);
-    sqlite3_exec(db_, "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
-                      "CREATE TABLE IF NOT EXISTS t(k TEXT PRIMARY KEY, v BLOB) WITHOUT ROWID;",
+    sqlite3_exec(db_,
+                 "PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL;"
+                 "CREATE TABLE IF NOT EXISTS t(k TEXT PRIMARY KEY, v BLOB) WITHOUT ROWID;",
                  nullptr, nullptr, nullptr);
     sqlite3_prepare_v2(db_, "INSERT INTO t(k, v) VALUES(?1, ?2) ON CONFLICT(k) DO UPDATE SET v = excluded.v", -1,
                        &upsert_, nullptr);
@@ -69,7 +70,9 @@ class BareTable {
   sqlite3_stmt* select_ = nullptr;
 };
 
-std::string KeyName(long i) { return "Key" + std::to_string(i % 1000); }
+std::string KeyName(long i) {
+  return "Key" + std::to_string(i % 1000);
+}
 
 void BM_BareSqliteUpsert(benchmark::State& state) {
   BareTable t(TempDatabase("bare-upsert.db"));

@@ -47,7 +47,8 @@ void BM_FilePathShorten(benchmark::State& state) {
 
 void BM_StringCountCharacters(benchmark::State& state) {
   const std::string p = PathOf(static_cast<std::size_t>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(Component().StringCountCharacters(p, "\\/", tolva::kTrue, tolva::kTrue));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(Component().StringCountCharacters(p, "\\/", tolva::kTrue, tolva::kTrue));
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * state.range(0));
 }
 

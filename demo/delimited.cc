@@ -54,8 +54,8 @@ int Delimited(const demo::Args& args) {
   const tolva::Long width = std::max<tolva::Long>(0, last_field - first_field + 1);
   const tolva::Long height = std::max<tolva::Long>(0, last_record - std::max<tolva::Long>(first_record, 1) + 1);
   auto names = tolva::HostArray<std::string>::OneDim(1, std::max<tolva::Long>(width, 1));
-  auto values = tolva::HostArray<std::string>::TwoDim(1, std::max<tolva::Long>(height, 1), 1,
-                                                      std::max<tolva::Long>(width, 1));
+  auto values =
+      tolva::HostArray<std::string>::TwoDim(1, std::max<tolva::Long>(height, 1), 1, std::max<tolva::Long>(width, 1));
   tolva::Long records = 0, fields = 0;
   demo::Heading("Records " + std::to_string(first_record) + " to " + std::to_string(last_record) + ", fields " +
                 std::to_string(first_field) + " to " + std::to_string(last_field));

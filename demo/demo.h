@@ -38,7 +38,9 @@ struct Registrar {
 };
 
 // Prints a heading for a part of the tour.
-inline void Heading(const std::string& title) { std::cout << "\n== " << title << " ==\n"; }
+inline void Heading(const std::string& title) {
+  std::cout << "\n== " << title << " ==\n";
+}
 // Prints "  label: value".
 inline void Show(const std::string& label, const std::string& value) {
   std::cout << "  " << label << ": " << value << "\n";

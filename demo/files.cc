@@ -7,7 +7,9 @@
 
 namespace {
 
-std::string Yes(tolva::Boolean b) { return tolva::IsTrue(b) ? "yes" : "no"; }
+std::string Yes(tolva::Boolean b) {
+  return tolva::IsTrue(b) ? "yes" : "no";
+}
 
 int Files(const demo::Args& args) {
   if (args.size() < 2) {
@@ -33,7 +35,8 @@ int Files(const demo::Args& args) {
   const std::string report = deep + "\\summary.txt";
   demo::Show("WriteFile", Yes(c.WriteFile(report, "Sales rose.\r\nCosts fell.\r\n", msg)));
   const std::string text = c.ReadFileFull(report, msg);
-  demo::Show("ReadFileFull", std::to_string(text.size()) + " bytes, first line \"" + text.substr(0, text.find('\r')) + "\"");
+  demo::Show("ReadFileFull",
+             std::to_string(text.size()) + " bytes, first line \"" + text.substr(0, text.find('\r')) + "\"");
   c.ReadFileFull(work + "/no such file.txt", msg);
   demo::Show("ReadFileFull of a missing file", msg);
   c.ReadFileFull(work + "/missing dir/x.txt", msg);
@@ -48,9 +51,9 @@ int Files(const demo::Args& args) {
   demo::Show("FileTestAscii binary.dat", Yes(c.FileTestAscii(data + "/binary.dat")));
   demo::Show("FileTestAscii of a missing notes.TXT (judged by name)", Yes(c.FileTestAscii(work + "/notes.TXT")));
   c.WriteFile(work + "/copy.csv", c.ReadFile(data + "/people.csv"), msg);
-  demo::Show("FileTestIdentical people.csv and its copy (sizes and data)",
-             Yes(c.FileTestIdentical(data + "/people.csv", work + "/copy.csv", tolva::kFalse, tolva::kTrue,
-                                     tolva::kTrue)));
+  demo::Show(
+      "FileTestIdentical people.csv and its copy (sizes and data)",
+      Yes(c.FileTestIdentical(data + "/people.csv", work + "/copy.csv", tolva::kFalse, tolva::kTrue, tolva::kTrue)));
   demo::Show("FileExists " + work + "/*.csv", Yes(c.FileExists(work + "/*.csv")));
 
   demo::Heading("Profile values");
@@ -58,7 +61,8 @@ int Files(const demo::Args& args) {
   c.WriteFile(ini, c.ReadFile(data + "/settings.ini"), msg);
   demo::Show("[Window] left", c.FileReadProfileString(ini, "window", "LEFT", "0"));
   demo::Show("[Recent] File1 (quotes removed)", c.FileReadProfileString(ini, "Recent", "File1"));
-  demo::Show("missing key with default \"  none  \"", "\"" + c.FileReadProfileString(ini, "Window", "Width", "  none  ") + "\"");
+  demo::Show("missing key with default \"  none  \"",
+             "\"" + c.FileReadProfileString(ini, "Window", "Width", "  none  ") + "\"");
   c.FileWriteProfileString(ini, "Window", "Top", "95");
   c.FileWriteProfileString(ini, "Window", "Width", "640");
   c.FileWriteProfileString(ini, "Recent", "File1", "");

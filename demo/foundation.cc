@@ -9,17 +9,24 @@
 
 namespace {
 
-std::string Yes(tolva::Boolean b) { return tolva::IsTrue(b) ? "yes" : "no"; }
+std::string Yes(tolva::Boolean b) {
+  return tolva::IsTrue(b) ? "yes" : "no";
+}
 
 // Shows a text with its control characters made visible.
 std::string Visible(const std::string& s) {
   std::string out;
   for (unsigned char c : s) {
-    if (c == '\r') out += "\\r";
-    else if (c == '\n') out += "\\n";
-    else if (c == '\t') out += "\\t";
-    else if (c == '\0') out += "\\0";
-    else out += static_cast<char>(c);
+    if (c == '\r')
+      out += "\\r";
+    else if (c == '\n')
+      out += "\\n";
+    else if (c == '\t')
+      out += "\\t";
+    else if (c == '\0')
+      out += "\\0";
+    else
+      out += static_cast<char>(c);
   }
   return "\"" + out + "\"";
 }
@@ -51,11 +58,12 @@ int Foundation(const demo::Args&) {
 
   demo::Heading("Clock texts and dates");
   for (tolva::Long n : {5, 65, 754, 3600, 3725}) {
-    demo::Show(std::to_string(n), "MinutesSeconds " + c.MinutesSeconds(n) + ", HoursMinutesSeconds " +
-                                      c.HoursMinutesSeconds(n));
+    demo::Show(std::to_string(n),
+               "MinutesSeconds " + c.MinutesSeconds(n) + ", HoursMinutesSeconds " + c.HoursMinutesSeconds(n));
   }
   demo::Show("HoursMinutes(90)", c.HoursMinutes(90));
-  for (const char* t : {"12:30", "1a:30", "12::30", ":30", "1230"}) demo::Show(std::string("IsTime ") + t, Yes(c.IsTime(t)));
+  for (const char* t : {"12:30", "1a:30", "12::30", ":30", "1230"})
+    demo::Show(std::string("IsTime ") + t, Yes(c.IsTime(t)));
   const tolva::Date d = c.LastDateInMonth(2, 2012);
   demo::Show("LastDateInMonth(2, 2012)",
              std::to_string(d.Year) + "-" + std::to_string(d.Month) + "-" + std::to_string(d.Day));

@@ -25,9 +25,13 @@ inline constexpr Boolean kTrue = -1;
 inline constexpr Boolean kFalse = 0;
 
 // A host boolean from a C++ bool: true is all bits set.
-constexpr Boolean ToBoolean(bool b) noexcept { return b ? kTrue : kFalse; }
+constexpr Boolean ToBoolean(bool b) noexcept {
+  return b ? kTrue : kFalse;
+}
 // An option counts as set only when it is exactly host true; 1 is false.
-constexpr bool IsTrue(Boolean b) noexcept { return b == kTrue; }
+constexpr bool IsTrue(Boolean b) noexcept {
+  return b == kTrue;
+}
 
 // A calendar date (no time of day), as returned by LastDateInMonth.
 struct Date {

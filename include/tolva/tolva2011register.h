@@ -32,8 +32,7 @@ class Tolva2011Register {
   // `container` about property changes and lets it process pending events,
   // raises events on `events`. Neither pointer is owned; either may be null.
   explicit Tolva2011Register(platform::Services services = platform::LinuxServices(),
-                             HostContainer* container = nullptr,
-                             Tolva2011RegisterEvents* events = nullptr) noexcept;
+                             HostContainer* container = nullptr, Tolva2011RegisterEvents* events = nullptr) noexcept;
   ~Tolva2011Register();
   Tolva2011Register(const Tolva2011Register&) = delete;
   Tolva2011Register& operator=(const Tolva2011Register&) = delete;
@@ -106,9 +105,8 @@ class Tolva2011Register {
   std::string FileNameOnly(const std::string& FilePath) noexcept;
   std::string FileExtension(const std::string& FilePath) noexcept;
   std::string FilePathSimplify(const std::string& FilePath, const std::string& Directory) noexcept;
-  std::string FilePathShorten(const std::string& FilePath, const std::string& Delimiter = "",
-                              Long MaxLength = 30, Long StartKeep = 2, Long SlashesStart = 2,
-                              Long SlashesEnd = 2) noexcept;
+  std::string FilePathShorten(const std::string& FilePath, const std::string& Delimiter = "", Long MaxLength = 30,
+                              Long StartKeep = 2, Long SlashesStart = 2, Long SlashesEnd = 2) noexcept;
 
   // ---- File system operations and file tests ----------------------------
   Boolean DirectoryExists(const std::string& Directory) noexcept;
@@ -117,10 +115,9 @@ class Tolva2011Register {
   Boolean FileExists(const std::string& FilePath) noexcept;
   Boolean FileTestAscii(const std::string& FilePath) noexcept;
   Boolean FileTestIdentical(const std::string& FilePath1, const std::string& FilePath2, Boolean TestDates = kTrue,
-                            Boolean TestSizes = kTrue, Boolean TestData = kFalse,
-                            Long TestDataBytes = 100000) noexcept;
-  std::string FileReadProfileString(const std::string& FilePath, const std::string& Section,
-                                    const std::string& Key, const std::string& Default = "") noexcept;
+                            Boolean TestSizes = kTrue, Boolean TestData = kFalse, Long TestDataBytes = 100000) noexcept;
+  std::string FileReadProfileString(const std::string& FilePath, const std::string& Section, const std::string& Key,
+                                    const std::string& Default = "") noexcept;
   void FileWriteProfileString(const std::string& FilePath, const std::string& Section, const std::string& Key,
                               const std::string& Value) noexcept;
   Boolean KillFile(const std::string& FilePath, std::string& ErrorMessage) noexcept;
@@ -174,10 +171,9 @@ class Tolva2011Register {
                                  Long TestRows = 0) noexcept;
   // "Reads a text file to a CSV database."
   Boolean ReadFileToCSVDatabase(const std::string& FilePath, HostArray<std::string>& FieldNames,
-                                HostArray<std::string>& FieldValues, Long FirstRecord, Long LastRecord,
-                                Long FirstField, Long LastField, Long& NumberRecords, Long& NumberFields,
-                                std::string& ErrorMessage, const std::string& Delimiter = ",",
-                                Boolean TrimValues = kTrue) noexcept;
+                                HostArray<std::string>& FieldValues, Long FirstRecord, Long LastRecord, Long FirstField,
+                                Long LastField, Long& NumberRecords, Long& NumberFields, std::string& ErrorMessage,
+                                const std::string& Delimiter = ",", Boolean TrimValues = kTrue) noexcept;
 
   // ---- Application settings ---------------------------------------------
   std::string RegistryGetSetting(const std::string& Section, const std::string& Key,
@@ -233,9 +229,8 @@ class Tolva2011Register {
                                      Long MaxDirectories, std::string& ErrorMessage) noexcept;
   Long FTPSessionFileFindFiles(const std::string& FileMask, HostArray<std::string>& Files, Long MaxFiles,
                                std::string& ErrorMessage) noexcept;
-  Long FTPSessionFileFindFilesFull(const std::string& FileMask, HostArray<std::string>& Files,
-                                   HostArray<Long>& Sizes, HostArray<std::string>& Dates,
-                                   HostArray<std::string>& Times, Long MaxFiles,
+  Long FTPSessionFileFindFilesFull(const std::string& FileMask, HostArray<std::string>& Files, HostArray<Long>& Sizes,
+                                   HostArray<std::string>& Dates, HostArray<std::string>& Times, Long MaxFiles,
                                    std::string& ErrorMessage) noexcept;
   Boolean FTPSessionFileExists(const std::string& FileName, std::string& ErrorMessage) noexcept;
   Boolean FTPSessionFileExistsFull(const std::string& FileName, Long& Size, std::string& WriteDate,

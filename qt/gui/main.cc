@@ -28,7 +28,8 @@ bool WriteReport(tolva::gui::MainWindow& window, const QString& path) {
   const QRect last = list->visualItemRect(list->item(list->count() - 1));
   const QPoint origin = list->viewport()->mapTo(&window, first.topLeft());
   const int margin = list->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, list) + 1;
-  const int bottom = list->viewport()->mapTo(&window, QPoint(0, std::min(last.bottom(), list->viewport()->height() - 1))).y();
+  const int bottom =
+      list->viewport()->mapTo(&window, QPoint(0, std::min(last.bottom(), list->viewport()->height() - 1))).y();
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) return false;
   QTextStream out(&file);
@@ -53,10 +54,14 @@ int main(int argc, char** argv) {
   bool quit = false;
   const QStringList args = app.arguments();
   for (qsizetype i = 1; i < args.size(); ++i) {
-    if (args[i] == QLatin1String("--csv") && i + 1 < args.size()) csv = args[++i];
-    else if (args[i] == QLatin1String("--screenshot") && i + 1 < args.size()) screenshot = args[++i];
-    else if (args[i] == QLatin1String("--report") && i + 1 < args.size()) report = args[++i];
-    else if (args[i] == QLatin1String("--quit")) quit = true;
+    if (args[i] == QLatin1String("--csv") && i + 1 < args.size())
+      csv = args[++i];
+    else if (args[i] == QLatin1String("--screenshot") && i + 1 < args.size())
+      screenshot = args[++i];
+    else if (args[i] == QLatin1String("--report") && i + 1 < args.size())
+      report = args[++i];
+    else if (args[i] == QLatin1String("--quit"))
+      quit = true;
   }
   tolva::gui::MainWindow window;
   window.resize(900, 560);

@@ -15,7 +15,9 @@ bool Set(const char* name) {
   const char* v = std::getenv(name);
   return v && *v;
 }
-bool StartsWith(const char* v, const char* prefix) { return std::strncmp(v, prefix, std::strlen(prefix)) == 0; }
+bool StartsWith(const char* v, const char* prefix) {
+  return std::strncmp(v, prefix, std::strlen(prefix)) == 0;
+}
 }  // namespace
 
 bool CanStartGui() noexcept {

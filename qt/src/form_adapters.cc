@@ -16,25 +16,39 @@ double WidgetTwipsPerPixel(const QWidget* w) {
 }
 
 namespace {
-Single Twips(const QWidget* w, int pixels) { return static_cast<Single>(pixels * WidgetTwipsPerPixel(w)); }
-int Pixels(const QWidget* w, Single twips) { return qRound(twips / WidgetTwipsPerPixel(w)); }
+Single Twips(const QWidget* w, int pixels) {
+  return static_cast<Single>(pixels * WidgetTwipsPerPixel(w));
+}
+int Pixels(const QWidget* w, Single twips) {
+  return qRound(twips / WidgetTwipsPerPixel(w));
+}
 // The decoration the window manager adds around the client area.
-QSize FrameExtra(const QWidget* w) { return w->frameGeometry().size() - w->geometry().size(); }
+QSize FrameExtra(const QWidget* w) {
+  return w->frameGeometry().size() - w->geometry().size();
+}
 }  // namespace
 
-Single QtForm::Left() const { return w_ ? Twips(w_, w_->frameGeometry().x()) : 0; }
+Single QtForm::Left() const {
+  return w_ ? Twips(w_, w_->frameGeometry().x()) : 0;
+}
 void QtForm::Left(Single twips) {
   if (w_) w_->move(Pixels(w_, twips), w_->frameGeometry().y());
 }
-Single QtForm::Top() const { return w_ ? Twips(w_, w_->frameGeometry().y()) : 0; }
+Single QtForm::Top() const {
+  return w_ ? Twips(w_, w_->frameGeometry().y()) : 0;
+}
 void QtForm::Top(Single twips) {
   if (w_) w_->move(w_->frameGeometry().x(), Pixels(w_, twips));
 }
-Single QtForm::Width() const { return w_ ? Twips(w_, w_->frameGeometry().width()) : 0; }
+Single QtForm::Width() const {
+  return w_ ? Twips(w_, w_->frameGeometry().width()) : 0;
+}
 void QtForm::Width(Single twips) {
   if (w_) w_->resize(Pixels(w_, twips) - FrameExtra(w_).width(), w_->height());
 }
-Single QtForm::Height() const { return w_ ? Twips(w_, w_->frameGeometry().height()) : 0; }
+Single QtForm::Height() const {
+  return w_ ? Twips(w_, w_->frameGeometry().height()) : 0;
+}
 void QtForm::Height(Single twips) {
   if (w_) w_->resize(w_->width(), Pixels(w_, twips) - FrameExtra(w_).height());
 }

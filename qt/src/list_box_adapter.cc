@@ -89,7 +89,9 @@ FontSpec QtListBox::Font() const {
   return {f.family().toStdString(), f.pointSizeF(), f.bold(), f.italic()};
 }
 
-Long QtListBox::ListCount() const { return list_ ? static_cast<Long>(list_->count()) : 0; }
+Long QtListBox::ListCount() const {
+  return list_ ? static_cast<Long>(list_->count()) : 0;
+}
 
 std::string QtListBox::List(Long row) const {
   if (!list_) return {};

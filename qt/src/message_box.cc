@@ -19,22 +19,33 @@ struct ButtonCode {
 std::vector<ButtonCode> ButtonSet(std::uint32_t flags) {
   using B = QMessageBox;
   switch (flags & 0xF) {
-    case 1: return {{B::Ok, 1}, {B::Cancel, 2}};
-    case 2: return {{B::Abort, 3}, {B::Retry, 4}, {B::Ignore, 5}};
-    case 3: return {{B::Yes, 6}, {B::No, 7}, {B::Cancel, 2}};
-    case 4: return {{B::Yes, 6}, {B::No, 7}};
-    case 5: return {{B::Retry, 4}, {B::Cancel, 2}};
-    default: return {{B::Ok, 1}};
+    case 1:
+      return {{B::Ok, 1}, {B::Cancel, 2}};
+    case 2:
+      return {{B::Abort, 3}, {B::Retry, 4}, {B::Ignore, 5}};
+    case 3:
+      return {{B::Yes, 6}, {B::No, 7}, {B::Cancel, 2}};
+    case 4:
+      return {{B::Yes, 6}, {B::No, 7}};
+    case 5:
+      return {{B::Retry, 4}, {B::Cancel, 2}};
+    default:
+      return {{B::Ok, 1}};
   }
 }
 
 QMessageBox::Icon IconOf(std::uint32_t flags) {
   switch (flags & 0xF0) {
-    case 0x10: return QMessageBox::Critical;
-    case 0x20: return QMessageBox::Question;
-    case 0x30: return QMessageBox::Warning;
-    case 0x40: return QMessageBox::Information;
-    default: return QMessageBox::NoIcon;
+    case 0x10:
+      return QMessageBox::Critical;
+    case 0x20:
+      return QMessageBox::Question;
+    case 0x30:
+      return QMessageBox::Warning;
+    case 0x40:
+      return QMessageBox::Information;
+    default:
+      return QMessageBox::NoIcon;
   }
 }
 

@@ -22,14 +22,17 @@ namespace tolva::qt {
 
 namespace {
 
-QString Q(const std::string& s) { return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size())); }
+QString Q(const std::string& s) {
+  return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
 
 // Measures as the classic text-width call does: the sum of the characters'
 // advances, without kerning. Printable ASCII (most of any list) is summed
 // from a per-character table; anything else is shaped by Qt.
 class FontMeasurer : public platform::TextMeasurer {
  public:
-  FontMeasurer(const QFont& font, double twips_per_pixel) : metrics_(Unkerned(font)), twips_per_pixel_(twips_per_pixel) {
+  FontMeasurer(const QFont& font, double twips_per_pixel)
+      : metrics_(Unkerned(font)), twips_per_pixel_(twips_per_pixel) {
     for (int ch = 0x20; ch < 0x7F; ++ch) ascii_[ch - 0x20] = metrics_.horizontalAdvance(QChar(ch));
   }
   double TextWidthTwips(const std::string& text) override {
@@ -52,7 +55,9 @@ class FontMeasurer : public platform::TextMeasurer {
   double ascii_[0x7F - 0x20] = {};
 };
 
-double TwipsPerPixel(double dpi) { return dpi > 0 ? 1440.0 / dpi : 0; }
+double TwipsPerPixel(double dpi) {
+  return dpi > 0 ? 1440.0 / dpi : 0;
+}
 
 }  // namespace
 

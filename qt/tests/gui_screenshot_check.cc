@@ -75,8 +75,8 @@ int main(int argc, char** argv) {
     const int x = r.text_left + static_cast<int>(std::lround(r.stops[i] * r.average / 4.0)) - 2;
     const double here = LineCoverage(img, x, r, background);
     const bool text = TextRightOf(img, x, static_cast<int>(2 * r.average) + 2, r, background);
-    std::printf("column %zu: stop %d -> x %d, separator %.0f%%, text after it: %s\n", i + 1, r.stops[i], x,
-                here * 100, text ? "yes" : "no");
+    std::printf("column %zu: stop %d -> x %d, separator %.0f%%, text after it: %s\n", i + 1, r.stops[i], x, here * 100,
+                text ? "yes" : "no");
     if (here < 0.98 || !text) ++failures;
   }
   if (failures) std::printf("%d column(s) do not line up\n", failures);

@@ -123,10 +123,8 @@ TEST_F(QtBinding, LabelsAlignOnTheirBoxAndFormsSizeAroundControls) {
 
 TEST_F(QtBinding, TabStopsOfRealRowsLeaveEveryColumnRoomForItsText) {
   const std::vector<QString> rows = {
-      QStringLiteral("Id\tName\tCity\tBalance"),
-      QStringLiteral("1\tAnna Lindqvist\tGothenburg\t1,204.50"),
-      QStringLiteral("2\tBo\tÅre\t-3.00"),
-      QStringLiteral("3\tWolfgang Maximilian Oberhuber\tWien\t12"),
+      QStringLiteral("Id\tName\tCity\tBalance"), QStringLiteral("1\tAnna Lindqvist\tGothenburg\t1,204.50"),
+      QStringLiteral("2\tBo\tÅre\t-3.00"),       QStringLiteral("3\tWolfgang Maximilian Oberhuber\tWien\t12"),
       QStringLiteral("4\tEmpty city\t\t0"),
   };
   QListWidget list;

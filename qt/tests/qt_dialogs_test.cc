@@ -157,7 +157,8 @@ TEST(NameFilters, TheDialogFilterBecomesQtNameFilters) {
     std::vector<std::string> expected;
   };
   const std::vector<Row> rows = {
-      {"pairs, a description's own patterns dropped", "All Files|*.*|Text Files (*.txt)|*.txt",
+      {"pairs, a description's own patterns dropped",
+       "All Files|*.*|Text Files (*.txt)|*.txt",
        {"All Files (*)", "Text Files (*.txt)"}},
       {"several patterns", "Graphic Files|*.gif; *.jpeg;*.bmp", {"Graphic Files (*.gif *.jpeg *.bmp)"}},
       {"kept as written, odd pattern included", "HTML Files|*.html; &.htm", {"HTML Files (*.html &.htm)"}},
@@ -180,7 +181,11 @@ TEST(FileViewer, HexAndTextViews) {
   EXPECT_EQ(qt::HexDump(bytes).toStdString(),
             "00000000  41 42 00 7f 0a 09 7a 30  31 32 33 34 35 36 37 38  |AB....z012345678|\n"
             "00000010  39 61 62 63 64 65 66 58  59 5a                    |9abcdefXYZ|\n");
-  EXPECT_EQ(qt::PrintableText(QByteArray("a\x01" "b\r\n\tc", 7)).toStdString(), "a.b\r\n\tc");
+  EXPECT_EQ(qt::PrintableText(QByteArray("a\x01"
+                                         "b\r\n\tc",
+                                         7))
+                .toStdString(),
+            "a.b\r\n\tc");
   EXPECT_EQ(qt::HexDump(QByteArray()).toStdString(), "");
 }
 

@@ -48,13 +48,13 @@ void Tolva2011Register::SetEvents(Tolva2011RegisterEvents* events) noexcept {
 
 // ---- Properties: a Let stores the value as given and notifies the host ----
 
-#define TOLVA_STRING_PROPERTY(Name, field)                                         \
-  std::string Tolva2011Register::Name() const noexcept {                           \
-    return detail::Guarded(std::string(), [&] { return s_->props.field; });         \
-  }                                                                                \
-  void Tolva2011Register::Name(const std::string& value) noexcept {                \
-    detail::GuardedVoid([&] { s_->props.field = value; });                          \
-    s_->NotifyChanged(#Name);                                                      \
+#define TOLVA_STRING_PROPERTY(Name, field)                                  \
+  std::string Tolva2011Register::Name() const noexcept {                    \
+    return detail::Guarded(std::string(), [&] { return s_->props.field; }); \
+  }                                                                         \
+  void Tolva2011Register::Name(const std::string& value) noexcept {         \
+    detail::GuardedVoid([&] { s_->props.field = value; });                  \
+    s_->NotifyChanged(#Name);                                               \
   }
 
 TOLVA_STRING_PROPERTY(DirectoryRun, directory_run)
@@ -65,25 +65,33 @@ TOLVA_STRING_PROPERTY(RegistryApp, registry_app)
 TOLVA_STRING_PROPERTY(RegistryBackupFile, registry_backup_file)
 #undef TOLVA_STRING_PROPERTY
 
-Single Tolva2011Register::FormSizeRatio() const noexcept { return s_->props.form_size_ratio; }
+Single Tolva2011Register::FormSizeRatio() const noexcept {
+  return s_->props.form_size_ratio;
+}
 void Tolva2011Register::FormSizeRatio(Single value) noexcept {
   s_->props.form_size_ratio = value;
   s_->NotifyChanged("FormSizeRatio");
 }
 
-PictureRef Tolva2011Register::Icon() const noexcept { return s_->props.icon; }
+PictureRef Tolva2011Register::Icon() const noexcept {
+  return s_->props.icon;
+}
 void Tolva2011Register::Icon(PictureRef value) noexcept {
   s_->props.icon = std::move(value);
   s_->NotifyChanged("Icon");
 }
 
-Boolean Tolva2011Register::RegistryBackupLoad() const noexcept { return s_->props.registry_backup_load; }
+Boolean Tolva2011Register::RegistryBackupLoad() const noexcept {
+  return s_->props.registry_backup_load;
+}
 void Tolva2011Register::RegistryBackupLoad(Boolean value) noexcept {
   s_->props.registry_backup_load = value;
   s_->NotifyChanged("RegistryBackupLoad");
 }
 
-Long Tolva2011Register::ReadWriteIncrement() const noexcept { return s_->props.read_write_increment; }
+Long Tolva2011Register::ReadWriteIncrement() const noexcept {
+  return s_->props.read_write_increment;
+}
 void Tolva2011Register::ReadWriteIncrement(Long value) noexcept {
   s_->props.read_write_increment = value;
   // Notified although it is not persisted: the host's design view shows it.
@@ -94,8 +102,12 @@ std::string Tolva2011Register::DialogFilter() const noexcept {
   return detail::Guarded(std::string(), [&] { return s_->dialog_filter; });
 }
 
-Long Tolva2011Register::ControlWidth() const noexcept { return s_->control_width; }
-Long Tolva2011Register::ControlHeight() const noexcept { return s_->control_height; }
+Long Tolva2011Register::ControlWidth() const noexcept {
+  return s_->control_width;
+}
+Long Tolva2011Register::ControlHeight() const noexcept {
+  return s_->control_height;
+}
 
 // ---- Lifecycle ------------------------------------------------------------
 
@@ -144,9 +156,7 @@ void Tolva2011Register::ReadProperties(PropertyBag& bag) noexcept {
     p.program_name = bag.ReadProperty("ProgramName", Variant::FromString(detail::kDefaultProgramName)).AsString();
   });
   ReadOne([&] { p.registry_app = bag.ReadProperty("RegistryApp", Variant::FromString("")).AsString(); });
-  ReadOne([&] {
-    p.registry_backup_file = bag.ReadProperty("RegistryBackupFile", Variant::FromString("")).AsString();
-  });
+  ReadOne([&] { p.registry_backup_file = bag.ReadProperty("RegistryBackupFile", Variant::FromString("")).AsString(); });
   ReadOne([&] {
     p.registry_backup_load = bag.ReadProperty("RegistryBackupLoad", Variant::FromBoolean(kFalse)).AsBoolean();
   });
@@ -158,18 +168,12 @@ void Tolva2011Register::WriteProperties(PropertyBag& bag) noexcept {
   if (!s_) return;
   const detail::Properties& p = s_->props;
   ReadOne([&] { bag.WriteProperty("DirectoryRun", Variant::FromString(p.directory_run), Variant::FromString("")); });
-  ReadOne([&] {
-    bag.WriteProperty("FormSizeRatio", Variant::FromSingle(p.form_size_ratio), Variant::FromString("0.75"));
-  });
-  ReadOne([&] {
-    bag.WriteProperty("Icon", p.icon ? Variant::FromPicture(p.icon) : Variant(), Variant());
-  });
-  ReadOne([&] {
-    bag.WriteProperty("ProgramAuthor", Variant::FromString(p.program_author), Variant::FromString(""));
-  });
-  ReadOne([&] {
-    bag.WriteProperty("ProgramCompany", Variant::FromString(p.program_company), Variant::FromString(""));
-  });
+  ReadOne(
+      [&] { bag.WriteProperty("FormSizeRatio", Variant::FromSingle(p.form_size_ratio), Variant::FromString("0.75")); });
+  ReadOne([&] { bag.WriteProperty("Icon", p.icon ? Variant::FromPicture(p.icon) : Variant(), Variant()); });
+  ReadOne([&] { bag.WriteProperty("ProgramAuthor", Variant::FromString(p.program_author), Variant::FromString("")); });
+  ReadOne(
+      [&] { bag.WriteProperty("ProgramCompany", Variant::FromString(p.program_company), Variant::FromString("")); });
   ReadOne([&] {
     bag.WriteProperty("ProgramName", Variant::FromString(p.program_name),
                       Variant::FromString(detail::kDefaultProgramName));
@@ -179,8 +183,7 @@ void Tolva2011Register::WriteProperties(PropertyBag& bag) noexcept {
     bag.WriteProperty("RegistryBackupFile", Variant::FromString(p.registry_backup_file), Variant::FromString(""));
   });
   ReadOne([&] {
-    bag.WriteProperty("RegistryBackupLoad", Variant::FromBoolean(p.registry_backup_load),
-                      Variant::FromBoolean(kFalse));
+    bag.WriteProperty("RegistryBackupLoad", Variant::FromBoolean(p.registry_backup_load), Variant::FromBoolean(kFalse));
   });
 }
 

@@ -41,7 +41,7 @@ struct ComponentState {
 
   Properties props;
   std::string dialog_filter;
-  Long control_width = 0;   // design-time extent, kept equal to the picture's
+  Long control_width = 0;  // design-time extent, kept equal to the picture's
   Long control_height = 0;
   // Number of the last failed internal operation (the "pending run-time
   // error"); 0 when none.

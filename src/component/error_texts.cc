@@ -9,7 +9,9 @@ namespace tolva {
 namespace {
 
 // The shortened form of a path used inside every bracketed text.
-std::string Short(Tolva2011Register& c, const std::string& path) { return c.FilePathShorten(path, "", 30, 2, 2, 2); }
+std::string Short(Tolva2011Register& c, const std::string& path) {
+  return c.FilePathShorten(path, "", 30, 2, 2, 2);
+}
 
 }  // namespace
 

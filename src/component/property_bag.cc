@@ -64,8 +64,7 @@ Variant MemoryPropertyBag::ReadProperty(const std::string& name, const Variant& 
   return it == values_.end() ? default_value : it->second;
 }
 
-void MemoryPropertyBag::WriteProperty(const std::string& name, const Variant& value,
-                                      const Variant& default_value) {
+void MemoryPropertyBag::WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) {
   if (SameAsDefault(value, default_value)) {
     values_.erase(name);
   } else {

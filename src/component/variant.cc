@@ -44,16 +44,21 @@ std::string Variant::AsString() const noexcept {
 
 std::string Variant::Text() const {
   switch (kind()) {
-    case Kind::kEmpty: return "";
-    case Kind::kString: return std::get<std::string>(v_);
-    case Kind::kLong: return std::to_string(std::get<Long>(v_));
+    case Kind::kEmpty:
+      return "";
+    case Kind::kString:
+      return std::get<std::string>(v_);
+    case Kind::kLong:
+      return std::to_string(std::get<Long>(v_));
     case Kind::kSingle: {
       char buf[32];
       std::snprintf(buf, sizeof buf, "%.7g", static_cast<double>(std::get<Single>(v_)));
       return buf;
     }
-    case Kind::kDouble: return FormatDouble(std::get<Double>(v_));
-    case Kind::kBoolean: return std::get<BoolBox>(v_).value == kTrue ? "True" : "False";
+    case Kind::kDouble:
+      return FormatDouble(std::get<Double>(v_));
+    case Kind::kBoolean:
+      return std::get<BoolBox>(v_).value == kTrue ? "True" : "False";
     case Kind::kPicture: {
       const PictureRef& p = std::get<PictureRef>(v_);
       return p ? p->Path : "";
@@ -64,12 +69,18 @@ std::string Variant::Text() const {
 
 Double Variant::AsDouble() const noexcept {
   switch (kind()) {
-    case Kind::kLong: return std::get<Long>(v_);
-    case Kind::kSingle: return std::get<Single>(v_);
-    case Kind::kDouble: return std::get<Double>(v_);
-    case Kind::kBoolean: return std::get<BoolBox>(v_).value;
-    case Kind::kString: return ParseNumber(std::get<std::string>(v_));
-    default: return 0;
+    case Kind::kLong:
+      return std::get<Long>(v_);
+    case Kind::kSingle:
+      return std::get<Single>(v_);
+    case Kind::kDouble:
+      return std::get<Double>(v_);
+    case Kind::kBoolean:
+      return std::get<BoolBox>(v_).value;
+    case Kind::kString:
+      return ParseNumber(std::get<std::string>(v_));
+    default:
+      return 0;
   }
 }
 
@@ -78,18 +89,22 @@ Long Variant::AsLong() const noexcept {
   return ClampToLong(AsDouble());
 }
 
-Single Variant::AsSingle() const noexcept { return static_cast<Single>(AsDouble()); }
+Single Variant::AsSingle() const noexcept {
+  return static_cast<Single>(AsDouble());
+}
 
 Boolean Variant::AsBoolean() const noexcept {
   switch (kind()) {
-    case Kind::kBoolean: return std::get<BoolBox>(v_).value;
+    case Kind::kBoolean:
+      return std::get<BoolBox>(v_).value;
     case Kind::kString: {
       const std::string& s = std::get<std::string>(v_);
       if (s == "True" || s == "true" || s == "TRUE") return kTrue;
       if (s == "False" || s == "false" || s == "FALSE" || s.empty()) return kFalse;
       return ToBoolean(ParseNumber(s) != 0);
     }
-    default: return ToBoolean(AsDouble() != 0);
+    default:
+      return ToBoolean(AsDouble() != 0);
   }
 }
 
@@ -97,6 +112,8 @@ PictureRef Variant::AsPicture() const noexcept {
   return kind() == Kind::kPicture ? std::get<PictureRef>(v_) : PictureRef();
 }
 
-bool operator==(const Variant& a, const Variant& b) noexcept { return a.v_ == b.v_; }
+bool operator==(const Variant& a, const Variant& b) noexcept {
+  return a.v_ == b.v_;
+}
 
 }  // namespace tolva

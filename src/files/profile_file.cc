@@ -4,7 +4,9 @@ namespace tolva::files {
 
 namespace {
 
-bool IsBlank(char c) noexcept { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) noexcept {
+  return c == ' ' || c == '\t';
+}
 
 }  // namespace
 
@@ -22,7 +24,9 @@ std::string_view TrimProfileBlanks(std::string_view s) noexcept {
   return s.substr(b, e - b);
 }
 
-ProfileFile::ProfileFile(std::string bytes) : bytes_(std::move(bytes)) { Parse(); }
+ProfileFile::ProfileFile(std::string bytes) : bytes_(std::move(bytes)) {
+  Parse();
+}
 
 void ProfileFile::Parse() {
   const std::string_view all(bytes_);

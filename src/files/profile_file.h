@@ -38,8 +38,7 @@ class ProfileFile {
   // The file's bytes after setting `key` in `section` to `*value`, or after
   // deleting the key when `value` is null. `changed` is false when the
   // bytes would stay the same (deleting what is not there).
-  std::string WithValue(std::string_view section, std::string_view key, const std::string* value,
-                        bool& changed) const;
+  std::string WithValue(std::string_view section, std::string_view key, const std::string* value, bool& changed) const;
 
  private:
   enum class Kind { kBlank, kComment, kSection, kKey, kOther };
@@ -52,8 +51,8 @@ class ProfileFile {
     std::size_t value_begin = 0, value_end = 0;  // key value, trimmed, quotes removed
   };
   struct Section {
-    std::size_t header = 0;  // index of its header line
-    std::size_t end = 0;     // index one past its last line
+    std::size_t header = 0;                             // index of its header line
+    std::size_t end = 0;                                // index one past its last line
     std::unordered_map<std::string, std::size_t> keys;  // folded name -> first line
   };
 

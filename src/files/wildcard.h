@@ -8,7 +8,9 @@
 
 namespace tolva::files {
 
-inline bool HasWildcard(std::string_view s) noexcept { return s.find_first_of("*?") != std::string_view::npos; }
+inline bool HasWildcard(std::string_view s) noexcept {
+  return s.find_first_of("*?") != std::string_view::npos;
+}
 
 // True when `name` matches `pattern`: "*" stands for any run of characters,
 // "?" for exactly one. Names compare exactly, as this platform's names do.

@@ -12,7 +12,9 @@ namespace tolva::settings {
 // older hosts are found.
 inline constexpr const char* kAppSettingsKey = "Software\\VB and VBA Program Settings\\";
 
-inline std::string ApplicationKeyPath(const std::string& app) { return kAppSettingsKey + app; }
+inline std::string ApplicationKeyPath(const std::string& app) {
+  return kAppSettingsKey + app;
+}
 inline std::string SectionKeyPath(const std::string& app, const std::string& section) {
   return kAppSettingsKey + app + "\\" + section;
 }

@@ -15,8 +15,12 @@ namespace {
 constexpr Integer kSizableBorder = 2;
 constexpr Integer kNormalWindow = 0;
 
-bool IsSizable(const Form& form) { return form.BorderStyle() == kSizableBorder; }
-Long AsLong(Single twips) { return settings::RoundToLong(static_cast<Double>(twips)); }
+bool IsSizable(const Form& form) {
+  return form.BorderStyle() == kSizableBorder;
+}
+Long AsLong(Single twips) {
+  return settings::RoundToLong(static_cast<Double>(twips));
+}
 
 }  // namespace
 

@@ -21,7 +21,9 @@ constexpr std::size_t kExpansionRoom = 400;
 constexpr std::size_t kProfileBuffer = 1024;
 constexpr const char* kClasses = "SOFTWARE\\Classes\\";
 
-std::string UpToNul(const std::string& s) { return s.substr(0, s.find('\0')); }
+std::string UpToNul(const std::string& s) {
+  return s.substr(0, s.find('\0'));
+}
 
 // The system profile's [Extensions] entry "txt=notepad.exe ^.txt": "^"
 // stands for the file's name without its extension.
@@ -63,9 +65,8 @@ Variant Tolva2011Register::QueryValue(Long KeyArea, const std::string& KeyName, 
     } else if (type == platform::kRegExpandSz) {
       platform::SystemInfo* system = s_->services.system.get();
       std::string expanded = settings::ExpandEnvironmentReferences(
-          UpToNul(data), [system](const std::string& name, std::string& value) {
-            return system && system->Environment(name, value);
-          });
+          UpToNul(data),
+          [system](const std::string& name, std::string& value) { return system && system->Environment(name, value); });
       // What the fixed buffer holds, less its NUL: kept on purpose, hosts
       // sized their own buffers the same way.
       const std::size_t room = data.size() + kExpansionRoom - 1;
@@ -94,8 +95,7 @@ Boolean Tolva2011Register::QueryProgramForExtension(const std::string& Extension
     // 1. The store's classes: ".txt" names a class whose open command we want.
     const std::string file_class = QueryValue(machine, kClasses + ("." + bare), "").AsString();
     if (!file_class.empty()) {
-      std::string command =
-          QueryValue(machine, kClasses + file_class + "\\shell\\open\\command", "").AsString();
+      std::string command = QueryValue(machine, kClasses + file_class + "\\shell\\open\\command", "").AsString();
       if (!command.empty()) {
         ProgramName = QueryValue(machine, kClasses + file_class, "").AsString();
         if (ProgramName.empty()) ProgramName = file_class;

@@ -43,7 +43,9 @@ class KeyCloser {
 };
 
 // The sub-key name as a fixed character buffer would hold it: up to its first NUL.
-std::string UpToNul(const std::string& name) { return name.substr(0, name.find('\0')); }
+std::string UpToNul(const std::string& name) {
+  return name.substr(0, name.find('\0'));
+}
 
 }  // namespace
 

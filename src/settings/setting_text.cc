@@ -9,12 +9,18 @@ namespace tolva::settings {
 
 namespace {
 
-char Lower(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+char Lower(char c) noexcept {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+bool IsDigit(char c) noexcept {
+  return c >= '0' && c <= '9';
+}
 
 }  // namespace
 
-std::string LongText(Long value) { return std::to_string(value); }
+std::string LongText(Long value) {
+  return std::to_string(value);
+}
 
 std::string DoubleText(Double value) {
   // Fifteen significant digits, as the host prints a Double; "%G" keeps the
@@ -60,8 +66,12 @@ Long RoundToLong(Double value) noexcept {
   return static_cast<Long>(r);
 }
 
-const char* BooleanSaveText(Boolean value) noexcept { return value ? "True" : "False"; }
-const char* BooleanDefaultText(Boolean value) noexcept { return value ? "true" : "false"; }
+const char* BooleanSaveText(Boolean value) noexcept {
+  return value ? "True" : "False";
+}
+const char* BooleanDefaultText(Boolean value) noexcept {
+  return value ? "true" : "false";
+}
 
 std::optional<Boolean> BooleanFromText(std::string_view text) {
   std::string lower(text);

@@ -42,8 +42,10 @@ class DatabaseRowSink {
                          : values_.At(static_cast<Long>(index_), static_cast<Long>(column));
     }
     if (!cell) return;  // outside the host's array: dropped
-    if (owned) *cell = std::move(*owned);
-    else cell->assign(value);
+    if (owned)
+      *cell = std::move(*owned);
+    else
+      cell->assign(value);
   }
 
  private:
@@ -57,9 +59,9 @@ class DatabaseRowSink {
 }  // namespace
 
 Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, HostArray<std::string>& FieldNames,
-                                                 HostArray<std::string>& FieldValues, Long FirstRecord,
-                                                 Long LastRecord, Long FirstField, Long LastField,
-                                                 Long& NumberRecords, Long& NumberFields, std::string& ErrorMessage,
+                                                 HostArray<std::string>& FieldValues, Long FirstRecord, Long LastRecord,
+                                                 Long FirstField, Long LastField, Long& NumberRecords,
+                                                 Long& NumberFields, std::string& ErrorMessage,
                                                  const std::string& Delimiter, Boolean TrimValues) noexcept {
   return detail::Guarded(kFalse, [&] {
     ErrorMessage.clear();
@@ -130,7 +132,8 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
       const std::int64_t last_column = std::min<std::int64_t>(fields, two_dim ? FieldValues.UBound(2) : 0);
       for (std::int64_t r = 1; r <= last_row; ++r) {
         for (std::int64_t f = 1; f <= last_column; ++f)
-          if (std::string* cell = FieldValues.At(static_cast<Long>(r), static_cast<Long>(f))) textdata::TrimBlanks(*cell);
+          if (std::string* cell = FieldValues.At(static_cast<Long>(r), static_cast<Long>(f)))
+            textdata::TrimBlanks(*cell);
         if (progress.Step("Triming Values", r)) {
           ErrorMessage = "Read Interrupted.";
           return kTrue;  // the values were read; a stopped trim still reports success

@@ -32,8 +32,10 @@ class ArrayRowSink {
     widest_ = std::max(widest_, column);
     std::string* cell = array_.At(row_, static_cast<Long>(column));
     if (!cell) return;  // outside the host's array: dropped
-    if (owned) *cell = std::move(*owned);
-    else cell->assign(value);
+    if (owned)
+      *cell = std::move(*owned);
+    else
+      cell->assign(value);
   }
 
  private:
@@ -155,7 +157,8 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
         progress.Report("Triming Values", 0);
         for (std::int64_t r = 1; r <= ReturnedRows; ++r) {
           for (std::int64_t c = 1; c <= ReturnedColumns; ++c)
-            if (std::string* cell = InputArray.At(static_cast<Long>(r), static_cast<Long>(c))) textdata::TrimBlanks(*cell);
+            if (std::string* cell = InputArray.At(static_cast<Long>(r), static_cast<Long>(c)))
+              textdata::TrimBlanks(*cell);
           // The extraction text, on purpose, also while trimming: hosts match on it.
           if (progress.Step("Extracting Values", r)) {
             ErrorMessage = "Read Interrupted.";

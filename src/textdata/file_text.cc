@@ -24,7 +24,7 @@ constexpr std::uint64_t kMapFrom = std::uint64_t{1} << 20;
 // service when the service is this platform's own; a test's in-memory
 // file system, or a host's own service, is always read through its interface.
 bool IsPlatformFileSystem(platform::FileSystem* files) {
-  static const std::type_info& platform_type = [] () -> const std::type_info& {
+  static const std::type_info& platform_type = []() -> const std::type_info& {
     const std::shared_ptr<platform::FileSystem> probe = platform::posix::NewFileSystem();
     return typeid(*probe);
   }();

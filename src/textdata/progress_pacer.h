@@ -14,7 +14,7 @@ namespace tolva::textdata {
 
 // A count for the host: counts past what a Long holds are reported as its largest value.
 constexpr Long ToLong(std::int64_t n) noexcept {
-  return n > std::numeric_limits<Long>::max() ? std::numeric_limits<Long>::max()
+  return n > std::numeric_limits<Long>::max()   ? std::numeric_limits<Long>::max()
          : n < std::numeric_limits<Long>::min() ? std::numeric_limits<Long>::min()
                                                 : static_cast<Long>(n);
 }

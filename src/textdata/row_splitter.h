@@ -93,12 +93,16 @@ class RowSplitter {
       if (line[at] != kQuote) {
         const std::size_t found = delimiter_.Find(line, at);
         if (found == DelimiterMatcher::npos) {
-          if constexpr (Sink::kWantsValues) sink.Field(++column, line.substr(at), nullptr);
-          else ++column;
+          if constexpr (Sink::kWantsValues)
+            sink.Field(++column, line.substr(at), nullptr);
+          else
+            ++column;
           return column;
         }
-        if constexpr (Sink::kWantsValues) sink.Field(++column, line.substr(at, found - at), nullptr);
-        else ++column;
+        if constexpr (Sink::kWantsValues)
+          sink.Field(++column, line.substr(at, found - at), nullptr);
+        else
+          ++column;
         at = found + 1;
         continue;
       }

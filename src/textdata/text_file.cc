@@ -74,6 +74,8 @@ Boolean Tolva2011Register::WriteFile(const std::string& FilePath, const std::str
   });
 }
 
-void Tolva2011Register::ReadWriteCancel() noexcept { s_->text.cancel = kTrue; }
+void Tolva2011Register::ReadWriteCancel() noexcept {
+  s_->text.cancel = kTrue;
+}
 
 }  // namespace tolva

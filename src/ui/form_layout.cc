@@ -12,9 +12,11 @@ void FormLayout::KeepOnScreen(Form& form) const {
   // alone (not left + width), and the left/top correction comes last, so a
   // form larger than the screen ends up at the screen's left or top edge.
   const Long screen_width = metrics_.ScreenWidth();
-  if (RoundToLong(form.Left() + form.Width()) > screen_width) form.Left(static_cast<Single>(screen_width - form.Width()));
+  if (RoundToLong(form.Left() + form.Width()) > screen_width)
+    form.Left(static_cast<Single>(screen_width - form.Width()));
   const Long screen_height = metrics_.ScreenHeight();
-  if (RoundToLong(form.Top() + form.Height()) > screen_height) form.Top(static_cast<Single>(screen_height - form.Height()));
+  if (RoundToLong(form.Top() + form.Height()) > screen_height)
+    form.Top(static_cast<Single>(screen_height - form.Height()));
   const Long screen_left = metrics_.ScreenLeft();
   if (form.Left() < screen_left) form.Left(static_cast<Single>(screen_left));
   const Long screen_top = metrics_.ScreenTop();

@@ -8,7 +8,9 @@
 namespace tolva {
 
 namespace {
-ui::LayoutMetrics MetricsOf(detail::ComponentState& s) { return ui::LayoutMetrics(s.services.windows.get()); }
+ui::LayoutMetrics MetricsOf(detail::ComponentState& s) {
+  return ui::LayoutMetrics(s.services.windows.get());
+}
 }  // namespace
 
 Long Tolva2011Register::CaptionHeight() noexcept {
@@ -23,7 +25,9 @@ Long Tolva2011Register::DialogWidth() noexcept {
 Long Tolva2011Register::SizableWidth() noexcept {
   return detail::Guarded<Long>(0, [&] { return MetricsOf(*s_).SizableWidth(); });
 }
-Long Tolva2011Register::FormMarginX() noexcept { return ui::kFormMarginX; }
+Long Tolva2011Register::FormMarginX() noexcept {
+  return ui::kFormMarginX;
+}
 Long Tolva2011Register::FormMarginY() noexcept {
   return detail::Guarded<Long>(ui::kFormMarginY, [&] { return MetricsOf(*s_).FormMarginY(); });
 }

@@ -42,8 +42,7 @@ TabStops TabStopLayout::Compute(Long columns, const HostArray<Long>& column_widt
   // always have.
   const bool have_factor = twips_per_pixel_ > 0;
   float average_char = 0;  // pixels; single precision, as the host keeps it
-  if (have_factor)
-    average_char = static_cast<float>(widths_.Width(kMeasuringAlphabet) / 52.0 / twips_per_pixel_);
+  if (have_factor) average_char = static_cast<float>(widths_.Width(kMeasuringAlphabet) / 52.0 / twips_per_pixel_);
   const float space = average_char * static_cast<float>(column_space);
   const Long minimum = widths_.Width(kMinimumColumnSample);
 

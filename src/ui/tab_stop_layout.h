@@ -15,7 +15,7 @@ inline constexpr const char* kMeasuringAlphabet = "abcdefghijklmnopqrstuvwxyzABC
 inline constexpr const char* kMinimumColumnSample = "XX";
 
 struct TabStops {
-  std::vector<Long> stops;  // one per column: 0, then where each later column starts
+  std::vector<Long> stops;     // one per column: 0, then where each later column starts
   Long horizontal_extent = 0;  // pixels
 };
 

@@ -4,7 +4,9 @@ namespace tolva::util {
 
 namespace {
 
-std::int64_t FloorDiv(std::int64_t a, std::int64_t b) { return a / b - ((a % b != 0) && ((a < 0) != (b < 0))); }
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
+  return a / b - ((a % b != 0) && ((a < 0) != (b < 0)));
+}
 
 void CivilFromDays(std::int64_t z, std::int64_t& year, std::int64_t& month, std::int64_t& day) {
   z += 719468;

@@ -14,8 +14,7 @@ Long Tolva2011Register::StringCountCharacters(const std::string& InputString, co
                                               Boolean IgnoreCase, Boolean RepeatAsOne) noexcept {
   // IgnoreCase counts only when exactly true, RepeatAsOne whenever non-zero:
   // the two options have always been read differently, kept on purpose.
-  const std::int64_t n =
-      util::CountCharacters(InputString, CountCharacters, IsTrue(IgnoreCase), RepeatAsOne != 0);
+  const std::int64_t n = util::CountCharacters(InputString, CountCharacters, IsTrue(IgnoreCase), RepeatAsOne != 0);
   // A count past the Long range stops where a Long stops.
   return n > std::numeric_limits<Long>::max() ? std::numeric_limits<Long>::max() : static_cast<Long>(n);
 }

@@ -15,7 +15,8 @@ namespace {
 
 class FakeFile : public platform::File {
  public:
-  FakeFile(FakeFileSystem& fs, std::string path, bool writable) : fs_(fs), path_(std::move(path)), writable_(writable) {}
+  FakeFile(FakeFileSystem& fs, std::string path, bool writable)
+      : fs_(fs), path_(std::move(path)), writable_(writable) {}
   bool Read(void* buffer, std::size_t n, std::size_t& got, FileError& error) override {
     got = 0;
     auto it = fs_.nodes.find(path_);
@@ -165,9 +166,10 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
     if (node.directory && !(attributes & platform::kAttrDirectory)) continue;
     if (name[0] == '.' && !(attributes & platform::kAttrHidden)) continue;
     if (!files::MatchWildcard(name, last)) continue;
-    out.push_back({name, node.directory ? platform::kAttrDirectory
-                                        : (node.read_only ? platform::kAttrReadOnly : platform::kAttrNormal),
-                   node.data.size()});
+    out.push_back(
+        {name,
+         node.directory ? platform::kAttrDirectory : (node.read_only ? platform::kAttrReadOnly : platform::kAttrNormal),
+         node.data.size()});
   }
   return true;
 }

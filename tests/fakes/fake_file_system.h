@@ -26,15 +26,25 @@ class FakeFileSystem : public platform::FileSystem {
     bool read_only = false;
   };
   // Operations whose failure a test can inject.
-  enum class Op { kList, kCurrentDirectory, kChangeDirectory, kMakeDirectory, kDelete, kSetAttributes, kLength,
-                  kLastWriteTime, kOpen, kRead, kWrite };
+  enum class Op {
+    kList,
+    kCurrentDirectory,
+    kChangeDirectory,
+    kMakeDirectory,
+    kDelete,
+    kSetAttributes,
+    kLength,
+    kLastWriteTime,
+    kOpen,
+    kRead,
+    kWrite
+  };
 
   FakeFileSystem();
 
   // ---- Test set-up and inspection ----
   // Adds a file (and its missing parent directories).
-  void AddFile(const std::string& path, const std::string& data,
-               platform::FileTime time = {2011, 1, 1, 12, 0, 0});
+  void AddFile(const std::string& path, const std::string& data, platform::FileTime time = {2011, 1, 1, 12, 0, 0});
   void AddDirectory(const std::string& path);
   bool IsFile(const std::string& path) const;
   bool IsDirectory(const std::string& path) const;

@@ -31,7 +31,9 @@ class FakeForm : public Form {
   std::vector<std::string> sets;  // "Width=7200", in the order given
 
  private:
-  void Log(const char* what, Single v) { sets.push_back(std::string(what) + "=" + std::to_string(static_cast<long>(v))); }
+  void Log(const char* what, Single v) {
+    sets.push_back(std::string(what) + "=" + std::to_string(static_cast<long>(v)));
+  }
 };
 
 }  // namespace tolva::fakes

@@ -12,8 +12,8 @@ std::string FakeProfileStore::Resolve(const std::string& file) const {
 }
 
 std::size_t FakeProfileStore::GetString(const std::string& section, const std::string& key,
-                                        const std::string& default_value, std::string& out,
-                                        std::size_t buffer_size, const std::string& file) {
+                                        const std::string& default_value, std::string& out, std::size_t buffer_size,
+                                        const std::string& file) {
   const std::size_t room = buffer_size ? buffer_size - 1 : 0;
   auto it = files.find(Resolve(file));
   if (it != files.end()) {

@@ -25,8 +25,8 @@ class FakeProfileStore : public platform::ProfileStore {
                         std::string& out, std::size_t buffer_size, const std::string& file) override;
   bool WriteString(const std::string& section, const std::string& key, const std::string* value,
                    const std::string& file) override;
-  std::size_t GetSystemString(const std::string& section, const std::string& key,
-                              const std::string& default_value, std::string& out, std::size_t buffer_size) override;
+  std::size_t GetSystemString(const std::string& section, const std::string& key, const std::string& default_value,
+                              std::string& out, std::size_t buffer_size) override;
 };
 
 }  // namespace tolva::fakes

@@ -44,7 +44,9 @@ void FakeSettingsStore::Ensure(Root root, const std::string& normal_path) {
   }
 }
 
-void FakeSettingsStore::AddKey(Root root, const std::string& path) { Ensure(root, Normal(path)); }
+void FakeSettingsStore::AddKey(Root root, const std::string& path) {
+  Ensure(root, Normal(path));
+}
 
 void FakeSettingsStore::Put(Root root, const std::string& path, const std::string& name, std::uint32_t type,
                             const std::string& data) {
@@ -60,7 +62,7 @@ bool FakeSettingsStore::HasKey(Root root, const std::string& path) const {
 }
 
 std::optional<FakeSettingsStore::Value> FakeSettingsStore::Find(Root root, const std::string& path,
-                                                                 const std::string& name) const {
+                                                                const std::string& name) const {
   auto it = values_.find({root, Fold(Normal(path)), Fold(name)});
   if (it == values_.end()) return std::nullopt;
   return it->second;
@@ -227,7 +229,8 @@ long FakeSettingsStore::DeleteKey(const std::string& path) {
   if (!keys_.count({kUser, f})) return kSettingsNotFound;
   auto below = [&](const std::string& p) { return p == f || p.compare(0, f.size() + 1, f + "\\") == 0; };
   std::erase_if(keys_, [&](const auto& kv) { return kv.first.first == kUser && below(kv.first.second); });
-  std::erase_if(values_, [&](const auto& kv) { return std::get<0>(kv.first) == kUser && below(std::get<1>(kv.first)); });
+  std::erase_if(values_,
+                [&](const auto& kv) { return std::get<0>(kv.first) == kUser && below(std::get<1>(kv.first)); });
   return kSettingsOk;
 }
 

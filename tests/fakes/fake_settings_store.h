@@ -47,8 +47,7 @@ class FakeSettingsStore : public platform::SettingsStore {
   long CreateKey(platform::SettingsKey root, const std::string& path, platform::SettingsKey& key) override;
   long CloseKey(platform::SettingsKey key) override;
   long EnumKey(platform::SettingsKey key, std::uint32_t index, std::string& name) override;
-  long QueryValue(platform::SettingsKey key, const std::string& name, std::uint32_t& type,
-                  std::string& data) override;
+  long QueryValue(platform::SettingsKey key, const std::string& name, std::uint32_t& type, std::string& data) override;
   long EnumValue(platform::SettingsKey key, std::uint32_t index, std::string& name, std::uint32_t& type,
                  std::string& data) override;
   long SetValue(platform::SettingsKey key, const std::string& name, std::uint32_t type,

@@ -28,7 +28,9 @@ void CivilFromDays(std::int64_t z, int& year, int& month, int& day) {
 
 }  // namespace
 
-FakeSystemInfo::FakeSystemInfo() { SetNow({2011, 6, 15, 12, 0, 0}); }
+FakeSystemInfo::FakeSystemInfo() {
+  SetNow({2011, 6, 15, 12, 0, 0});
+}
 
 std::uint32_t FakeSystemInfo::TickCount() {
   ++tick_reads;
@@ -57,8 +59,7 @@ platform::DateTime FakeSystemInfo::Now() {
 }
 
 void FakeSystemInfo::SetNow(const platform::DateTime& now) {
-  const std::int64_t days =
-      DaysFromCivil(now.year, static_cast<unsigned>(now.month), static_cast<unsigned>(now.day));
+  const std::int64_t days = DaysFromCivil(now.year, static_cast<unsigned>(now.month), static_cast<unsigned>(now.day));
   clock_ms_ = ((days * 24 + now.hour) * 60 + now.minute) * 60000 + now.second * 1000;
 }
 

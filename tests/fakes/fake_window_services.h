@@ -40,14 +40,14 @@ class FakeWindowServices : public platform::WindowServices {
   std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec& font) override;
 
   double twips_per_pixel = 15;
-  std::map<int, int> metrics;          // GetSystemMetrics index -> pixels
-  platform::WorkArea work_area;        // pixels
-  int answer = 1;                      // the button every message box returns
-  std::vector<Box> boxes;              // every message box shown
-  double pixels_per_character = 7;     // width of every character in the measurer
+  std::map<int, int> metrics;       // GetSystemMetrics index -> pixels
+  platform::WorkArea work_area;     // pixels
+  int answer = 1;                   // the button every message box returns
+  std::vector<Box> boxes;           // every message box shown
+  double pixels_per_character = 7;  // width of every character in the measurer
   int measurers_made = 0;
   long long strings_measured = 0;
-  std::vector<FontSpec> fonts;         // the font of every measurer made
+  std::vector<FontSpec> fonts;  // the font of every measurer made
 };
 
 }  // namespace tolva::fakes

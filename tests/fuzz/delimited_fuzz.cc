@@ -83,8 +83,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   auto values = HostArray<std::string>::TwoDim(1, 3, 1, 3);
   Long number_records = 0, number_fields = 0;
   const Long first_record = static_cast<Long>(limits % 3), last_record = static_cast<Long>((limits >> 3) % 5) - 1;
-  const bool database = tolva::IsTrue(c.ReadFileToCSVDatabase("/f.csv", names, values, first_record, last_record, 1,
-                                                              3, number_records, number_fields, error, delimiter));
+  const bool database = tolva::IsTrue(c.ReadFileToCSVDatabase("/f.csv", names, values, first_record, last_record, 1, 3,
+                                                              number_records, number_fields, error, delimiter));
   Check(database && error.empty(), "database: a readable file is read");
   Check(number_records >= 0 && number_fields == 3, "database: counts describe the ranges");
   return 0;

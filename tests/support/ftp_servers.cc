@@ -52,16 +52,22 @@ os.rename(port_file + ".tmp", port_file)
 server.serve_forever()
 )PY";
 
-bool FileExecutable(const std::string& path) { return ::access(path.c_str(), X_OK) == 0; }
+bool FileExecutable(const std::string& path) {
+  return ::access(path.c_str(), X_OK) == 0;
+}
 
 }  // namespace
 
 std::string FtpServerName(FtpServerKind kind) {
   switch (kind) {
-    case FtpServerKind::kPyftpdlib: return "pyftpdlib";
-    case FtpServerKind::kProftpd: return "proftpd";
-    case FtpServerKind::kVsftpd: return "vsftpd";
-    case FtpServerKind::kPureFtpd: return "pure_ftpd";
+    case FtpServerKind::kPyftpdlib:
+      return "pyftpdlib";
+    case FtpServerKind::kProftpd:
+      return "proftpd";
+    case FtpServerKind::kVsftpd:
+      return "vsftpd";
+    case FtpServerKind::kPureFtpd:
+      return "pure_ftpd";
   }
   return "unknown";
 }
@@ -76,14 +82,15 @@ std::vector<FtpServerKind> AvailableFtpServers() {
   static std::vector<FtpServerKind> kinds;
   std::call_once(once, [] {
     std::vector<std::string> notices;
-    if (FileExecutable(kPython) &&
-        std::system("/usr/bin/python3 -c 'import pyftpdlib' >/dev/null 2>&1") == 0) {
+    if (FileExecutable(kPython) && std::system("/usr/bin/python3 -c 'import pyftpdlib' >/dev/null 2>&1") == 0) {
       kinds.push_back(FtpServerKind::kPyftpdlib);
     } else {
       notices.push_back("pyftpdlib: python3-pyftpdlib is not installed");
     }
-    if (FileExecutable(kProftpd)) kinds.push_back(FtpServerKind::kProftpd);
-    else notices.push_back("proftpd: proftpd-basic is not installed");
+    if (FileExecutable(kProftpd))
+      kinds.push_back(FtpServerKind::kProftpd);
+    else
+      notices.push_back("proftpd: proftpd-basic is not installed");
     // vsftpd needs a system user with a PAM password: not set up by this
     // fixture. pure-ftpd runs with its own user database, as root.
     notices.push_back("vsftpd: needs a system user with a PAM password, not set up by this fixture");
@@ -184,7 +191,9 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes) {
 // ---------------------------------------------------------------------------
 // ChildProcess
 
-ChildProcess::~ChildProcess() { Stop(); }
+ChildProcess::~ChildProcess() {
+  Stop();
+}
 
 bool ChildProcess::Spawn(const std::vector<std::string>& argv, const std::string& log_path) {
   std::vector<char*> args;
@@ -263,7 +272,9 @@ FtpServer::~FtpServer() {
   RemoveTree(work_);
 }
 
-std::string FtpServer::LogText() const { return work_.empty() ? "" : ReadWholeFile(work_ + "/server.log"); }
+std::string FtpServer::LogText() const {
+  return work_.empty() ? "" : ReadWholeFile(work_ + "/server.log");
+}
 
 bool FtpServer::Launch(std::string* why) {
   work_ = MakeTempDir("tolva-ftpd-" + FtpServerName(kind_) + "-");
@@ -279,26 +290,32 @@ bool FtpServer::Launch(std::string* why) {
   }
   ::chmod(root_.c_str(), 0777);
   switch (kind_) {
-    case FtpServerKind::kPyftpdlib: return LaunchPyftpdlib(why);
-    case FtpServerKind::kProftpd: return LaunchProftpd(why);
-    case FtpServerKind::kVsftpd: return LaunchVsftpd(why);
-    case FtpServerKind::kPureFtpd: return LaunchPureFtpd(why);
+    case FtpServerKind::kPyftpdlib:
+      return LaunchPyftpdlib(why);
+    case FtpServerKind::kProftpd:
+      return LaunchProftpd(why);
+    case FtpServerKind::kVsftpd:
+      return LaunchVsftpd(why);
+    case FtpServerKind::kPureFtpd:
+      return LaunchPureFtpd(why);
   }
   return false;
 }
 
 bool FtpServer::LaunchPyftpdlib(std::string* why) {
   const std::string port_file = work_ + "/port";
-  if (!process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root_, user_, password_, port_file},
-                      work_ + "/server.log")) {
+  if (!process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root_, user_, password_, port_file}, work_ + "/server.log")) {
     *why = "fork failed";
     return false;
   }
   for (int i = 0; i < 200 && port_ == 0; ++i) {
     std::string text = ReadWholeFile(port_file);
-    if (!text.empty()) port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
-    else if (!process_.Running()) break;
-    else std::this_thread::sleep_for(std::chrono::milliseconds(25));
+    if (!text.empty())
+      port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
+    else if (!process_.Running())
+      break;
+    else
+      std::this_thread::sleep_for(std::chrono::milliseconds(25));
   }
   if (port_ == 0 || !WaitForGreeting(port_, 5000)) {
     *why = "did not start listening";
@@ -338,8 +355,7 @@ bool FtpServer::LaunchProftpd(std::string* why) {
          << "UseIPv6 off\n"
          << "UseReverseDNS off\n"
          << "MaxInstances 64\n"
-         << (root ? "User nobody\nGroup nogroup\n" : "")
-         << "AuthOrder mod_auth_file.c\n"
+         << (root ? "User nobody\nGroup nogroup\n" : "") << "AuthOrder mod_auth_file.c\n"
          << "AuthUserFile " << work_ << "/passwd\n"
          << "AuthGroupFile " << work_ << "/group\n"
          << "RequireValidShell off\n"
@@ -382,8 +398,8 @@ bool FtpServer::LaunchPureFtpd(std::string* why) {
   }
   const std::string dir = FtpDaemonDir();
   const std::string command = "printf '%s\\n%s\\n' '" + password_ + "' '" + password_ + "' | " + dir +
-                              "/usr/bin/pure-pw useradd " + user_ + " -u 65534 -g 65534 -d " + root_ + " -f " +
-                              work_ + "/passwd -m -F " + work_ + "/pure.pdb >/dev/null 2>&1";
+                              "/usr/bin/pure-pw useradd " + user_ + " -u 65534 -g 65534 -d " + root_ + " -f " + work_ +
+                              "/passwd -m -F " + work_ + "/pure.pdb >/dev/null 2>&1";
   if (std::system(command.c_str()) != 0) {
     *why = "pure-pw could not make the user database";
     return false;

@@ -10,7 +10,9 @@
 namespace tolva::testing {
 namespace {
 
-bool Exists(const std::string& path) { return ::access(path.c_str(), R_OK) == 0; }
+bool Exists(const std::string& path) {
+  return ::access(path.c_str(), R_OK) == 0;
+}
 
 // The script sits beside this source file. Compilers may record this file's
 // path relative to the build directory, so also look upwards from the test
@@ -52,9 +54,12 @@ std::unique_ptr<MisbehavingFtpd> MisbehavingFtpd::Start(const std::string& scena
   }
   for (int i = 0; i < 200 && server->port_ == 0; ++i) {
     const std::string text = ReadWholeFile(port_file);
-    if (!text.empty()) server->port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
-    else if (!server->process_.Running()) break;
-    else std::this_thread::sleep_for(std::chrono::milliseconds(25));
+    if (!text.empty())
+      server->port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
+    else if (!server->process_.Running())
+      break;
+    else
+      std::this_thread::sleep_for(std::chrono::milliseconds(25));
   }
   if (server->port_ == 0) {
     if (why) *why = "did not start: " + ReadWholeFile(server->work_ + "/server.log");

@@ -37,9 +37,9 @@ inline constexpr std::uint32_t kErrorInternetConnectionAborted = 12030;
 inline constexpr std::uint32_t kErrorInternetConnectionReset = 12031;
 inline constexpr std::uint32_t kErrorFtpTransferInProgress = 12110;
 inline constexpr std::uint32_t kErrorFtpDropped = 12111;
-inline constexpr std::uint32_t kErrorDiskFull = 112;      // local file could not be written: disk full
-inline constexpr std::uint32_t kErrorAccessDenied = 5;    // local file could not be opened
-inline constexpr std::uint32_t kErrorFileNotFound = 2;    // local file missing (put)
+inline constexpr std::uint32_t kErrorDiskFull = 112;    // local file could not be written: disk full
+inline constexpr std::uint32_t kErrorAccessDenied = 5;  // local file could not be opened
+inline constexpr std::uint32_t kErrorFileNotFound = 2;  // local file missing (put)
 
 // Flags and constants the FTP members pass.
 inline constexpr std::uint32_t kInternetOpenTypeDirect = 1;
@@ -68,7 +68,7 @@ struct FindData {
   std::uint32_t attributes = 0;  // kFileAttributeDirectory for directories
   std::uint64_t size = 0;        // bytes; the FTP members keep the low 32 bits
   FindTime last_write;
-  std::string name;              // as the server listed it; never a trusted path
+  std::string name;  // as the server listed it; never a trusted path
 };
 
 class InternetLibrary {
@@ -112,8 +112,7 @@ class InternetLibrary {
 
   // FtpGetCurrentDirectory: fails with kErrorInsufficientBuffer when the
   // directory and its terminator do not fit in `buffer_length` characters.
-  virtual bool GetCurrentDirectory(InternetHandle connection, std::string& directory,
-                                   std::uint32_t buffer_length) = 0;
+  virtual bool GetCurrentDirectory(InternetHandle connection, std::string& directory, std::uint32_t buffer_length) = 0;
   virtual bool SetCurrentDirectory(InternetHandle connection, const std::string& directory) = 0;
   virtual bool CreateDirectory(InternetHandle connection, const std::string& directory) = 0;
   virtual bool RemoveDirectory(InternetHandle connection, const std::string& directory) = 0;
@@ -138,8 +137,7 @@ class InternetLibrary {
   // ends first; `read` = 0 at the end of the file.
   virtual bool ReadFile(InternetHandle file, void* buffer, std::uint32_t to_read, std::uint32_t& read) = 0;
   // InternetWriteFile: sends all `to_write` bytes.
-  virtual bool WriteFile(InternetHandle file, const void* buffer, std::uint32_t to_write,
-                         std::uint32_t& written) = 0;
+  virtual bool WriteFile(InternetHandle file, const void* buffer, std::uint32_t to_write, std::uint32_t& written) = 0;
 };
 
 }  // namespace tolva::platform

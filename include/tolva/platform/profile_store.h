@@ -16,16 +16,14 @@ class ProfileStore {
   // GetPrivateProfileString: the value of `key` in `section` of `file`, at
   // most buffer_size - 1 characters, or `default_value` (trimmed) when
   // absent. Returns the number of characters placed in `out`.
-  virtual std::size_t GetString(const std::string& section, const std::string& key,
-                                const std::string& default_value, std::string& out, std::size_t buffer_size,
-                                const std::string& file) = 0;
+  virtual std::size_t GetString(const std::string& section, const std::string& key, const std::string& default_value,
+                                std::string& out, std::size_t buffer_size, const std::string& file) = 0;
   // WritePrivateProfileString: sets the value; `value` null deletes the key.
   virtual bool WriteString(const std::string& section, const std::string& key, const std::string* value,
                            const std::string& file) = 0;
   // GetProfileString: the same on the system profile.
   virtual std::size_t GetSystemString(const std::string& section, const std::string& key,
-                                      const std::string& default_value, std::string& out,
-                                      std::size_t buffer_size) = 0;
+                                      const std::string& default_value, std::string& out, std::size_t buffer_size) = 0;
 };
 
 }  // namespace tolva::platform

@@ -88,10 +88,10 @@ struct WorkArea {
 
 // What a standard file dialog is asked to show.
 struct FileDialogRequest {
-  bool save = false;           // a save dialog (asks before overwriting) rather than an open one
-  std::string title;           // the window title; empty for the toolkit's own
-  std::string filter;          // "Description|pattern; pattern|Description|pattern..."
-  std::string initial_path;    // a directory, or a file to preselect; empty for the current directory
+  bool save = false;         // a save dialog (asks before overwriting) rather than an open one
+  std::string title;         // the window title; empty for the toolkit's own
+  std::string filter;        // "Description|pattern; pattern|Description|pattern..."
+  std::string initial_path;  // a directory, or a file to preselect; empty for the current directory
 };
 
 // How a dialog ended.
@@ -99,7 +99,7 @@ enum class DialogOutcome { kChosen, kCancelled, kUnavailable };
 
 struct FileDialogResult {
   DialogOutcome outcome = DialogOutcome::kUnavailable;
-  std::string path;            // the chosen file when outcome is kChosen
+  std::string path;  // the chosen file when outcome is kChosen
 };
 
 // What the About box shows.

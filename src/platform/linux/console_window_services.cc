@@ -15,14 +15,22 @@ constexpr int kOk = 1, kCancel = 2, kAbort = 3, kRetry = 4, kIgnore = 5, kYes = 
 
 const char* ButtonWord(int code) {
   switch (code) {
-    case kOk: return "OK";
-    case kCancel: return "Cancel";
-    case kAbort: return "Abort";
-    case kRetry: return "Retry";
-    case kIgnore: return "Ignore";
-    case kYes: return "Yes";
-    case kNo: return "No";
-    default: return "?";
+    case kOk:
+      return "OK";
+    case kCancel:
+      return "Cancel";
+    case kAbort:
+      return "Abort";
+    case kRetry:
+      return "Retry";
+    case kIgnore:
+      return "Ignore";
+    case kYes:
+      return "Yes";
+    case kNo:
+      return "No";
+    default:
+      return "?";
   }
 }
 
@@ -63,12 +71,18 @@ int Match(const std::string& answer, const std::vector<int>& buttons) {
 
 std::vector<int> MessageBoxButtons(std::uint32_t flags) {
   switch (flags & 0xF) {
-    case 1: return {kOk, kCancel};
-    case 2: return {kAbort, kRetry, kIgnore};
-    case 3: return {kYes, kNo, kCancel};
-    case 4: return {kYes, kNo};
-    case 5: return {kRetry, kCancel};
-    default: return {kOk};
+    case 1:
+      return {kOk, kCancel};
+    case 2:
+      return {kAbort, kRetry, kIgnore};
+    case 3:
+      return {kYes, kNo, kCancel};
+    case 4:
+      return {kYes, kNo};
+    case 5:
+      return {kRetry, kCancel};
+    default:
+      return {kOk};
   }
 }
 
@@ -78,11 +92,21 @@ int MessageBoxDefault(std::uint32_t flags) {
   return index < buttons.size() ? buttons[index] : buttons.front();
 }
 
-int ConsoleWindowServices::SystemMetric(int) { return 0; }
-double ConsoleWindowServices::TwipsPerPixelX() { return 0; }
-double ConsoleWindowServices::TwipsPerPixelY() { return 0; }
-WorkArea ConsoleWindowServices::ScreenWorkArea() { return {}; }
-std::unique_ptr<TextMeasurer> ConsoleWindowServices::NewTextMeasurer(const FontSpec&) { return nullptr; }
+int ConsoleWindowServices::SystemMetric(int) {
+  return 0;
+}
+double ConsoleWindowServices::TwipsPerPixelX() {
+  return 0;
+}
+double ConsoleWindowServices::TwipsPerPixelY() {
+  return 0;
+}
+WorkArea ConsoleWindowServices::ScreenWorkArea() {
+  return {};
+}
+std::unique_ptr<TextMeasurer> ConsoleWindowServices::NewTextMeasurer(const FontSpec&) {
+  return nullptr;
+}
 
 void ConsoleWindowServices::Write(const std::string& s) {
   std::size_t done = 0;
@@ -136,6 +160,8 @@ int ConsoleWindowServices::MessageBox(const std::string& text, const std::string
   return fallback;
 }
 
-std::shared_ptr<WindowServices> NewConsoleWindowServices() { return std::make_shared<ConsoleWindowServices>(); }
+std::shared_ptr<WindowServices> NewConsoleWindowServices() {
+  return std::make_shared<ConsoleWindowServices>();
+}
 
 }  // namespace tolva::platform::posix

@@ -11,16 +11,36 @@ FileError ClassicError(int number) noexcept {
   // wherever it comes from; the list below is only a fallback.
   const char* text = "Path/File access error";
   switch (number) {
-    case kErrOutOfMemory: text = "Out of memory"; break;
-    case kErrBadFileName: text = "Bad file name or number"; break;
-    case kErrFileNotFound: text = "File not found"; break;
-    case kErrDeviceIo: text = "Device I/O error"; break;
-    case kErrFileExists: text = "File already exists"; break;
-    case kErrDiskFull: text = "Disk full"; break;
-    case kErrTooManyFiles: text = "Too many files"; break;
-    case kErrPermissionDenied: text = "Permission denied"; break;
-    case kErrRenameAcrossDrives: text = "Can't rename with different drive"; break;
-    case kErrPathNotFound: text = "Path not found"; break;
+    case kErrOutOfMemory:
+      text = "Out of memory";
+      break;
+    case kErrBadFileName:
+      text = "Bad file name or number";
+      break;
+    case kErrFileNotFound:
+      text = "File not found";
+      break;
+    case kErrDeviceIo:
+      text = "Device I/O error";
+      break;
+    case kErrFileExists:
+      text = "File already exists";
+      break;
+    case kErrDiskFull:
+      text = "Disk full";
+      break;
+    case kErrTooManyFiles:
+      text = "Too many files";
+      break;
+    case kErrPermissionDenied:
+      text = "Permission denied";
+      break;
+    case kErrRenameAcrossDrives:
+      text = "Can't rename with different drive";
+      break;
+    case kErrPathNotFound:
+      text = "Path not found";
+      break;
     default:
       if (!MessageTableText(number)) number = kErrPathFileAccess;
       break;
@@ -35,29 +55,41 @@ FileError ClassicError(int number) noexcept {
 
 FileError ClassicFileError(int err, FileOp op) noexcept {
   switch (err) {
-    case 0: return FileError{};
-    case ENOENT: return ClassicError(op == FileOp::kDirectory ? kErrPathNotFound : kErrFileNotFound);
+    case 0:
+      return FileError{};
+    case ENOENT:
+      return ClassicError(op == FileOp::kDirectory ? kErrPathNotFound : kErrFileNotFound);
     case ENOTDIR:
-    case ELOOP: return ClassicError(kErrPathNotFound);
+    case ELOOP:
+      return ClassicError(kErrPathNotFound);
     case EACCES:
     case EPERM:
       // Deleting a protected file is the classic "access error"; opening one is "permission denied".
       return ClassicError(op == FileOp::kDelete ? kErrPathFileAccess : kErrPermissionDenied);
     case EBUSY:
     case ETXTBSY:
-    case EAGAIN: return ClassicError(kErrPermissionDenied);
-    case EEXIST: return ClassicError(op == FileOp::kDirectory ? kErrPathFileAccess : kErrFileExists);
+    case EAGAIN:
+      return ClassicError(kErrPermissionDenied);
+    case EEXIST:
+      return ClassicError(op == FileOp::kDirectory ? kErrPathFileAccess : kErrFileExists);
     case ENOSPC:
     case EDQUOT:
-    case EFBIG: return ClassicError(kErrDiskFull);
-    case EIO: return ClassicError(kErrDeviceIo);
+    case EFBIG:
+      return ClassicError(kErrDiskFull);
+    case EIO:
+      return ClassicError(kErrDeviceIo);
     case EMFILE:
-    case ENFILE: return ClassicError(kErrTooManyFiles);
+    case ENFILE:
+      return ClassicError(kErrTooManyFiles);
     case ENAMETOOLONG:
-    case EINVAL: return ClassicError(kErrBadFileName);
-    case ENOMEM: return ClassicError(kErrOutOfMemory);
-    case EXDEV: return ClassicError(kErrRenameAcrossDrives);
-    default: return ClassicError(ClassicRuntimeErrorFromErrno(err).number);  // EISDIR, EROFS and the rest
+    case EINVAL:
+      return ClassicError(kErrBadFileName);
+    case ENOMEM:
+      return ClassicError(kErrOutOfMemory);
+    case EXDEV:
+      return ClassicError(kErrRenameAcrossDrives);
+    default:
+      return ClassicError(ClassicRuntimeErrorFromErrno(err).number);  // EISDIR, EROFS and the rest
   }
 }
 

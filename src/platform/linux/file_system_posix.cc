@@ -283,9 +283,15 @@ class PosixFileSystem : public FileSystem {
     }
     int flags = O_CLOEXEC;
     switch (mode) {
-      case OpenMode::kRead: flags |= O_RDONLY; break;
-      case OpenMode::kWriteReplace: flags |= O_WRONLY | O_CREAT | O_TRUNC; break;
-      case OpenMode::kWriteKeep: flags |= O_WRONLY | O_CREAT; break;
+      case OpenMode::kRead:
+        flags |= O_RDONLY;
+        break;
+      case OpenMode::kWriteReplace:
+        flags |= O_WRONLY | O_CREAT | O_TRUNC;
+        break;
+      case OpenMode::kWriteKeep:
+        flags |= O_WRONLY | O_CREAT;
+        break;
     }
     Fd fd(::open(p.c_str(), flags, 0666));
     if (fd.get() < 0) {
@@ -478,8 +484,12 @@ std::string WindowsDirectoryStandIn() {
   return (h == "/" ? "" : h) + "/.config";
 }
 
-std::string SystemDirectoryStandIn() { return "/usr/lib"; }
+std::string SystemDirectoryStandIn() {
+  return "/usr/lib";
+}
 
-std::shared_ptr<FileSystem> NewFileSystem() { return std::make_shared<PosixFileSystem>(); }
+std::shared_ptr<FileSystem> NewFileSystem() {
+  return std::make_shared<PosixFileSystem>();
+}
 
 }  // namespace tolva::platform::posix

@@ -93,8 +93,8 @@ const char* ClassicText(int number) noexcept {
 
 const char* MessageTableText(std::int32_t number) noexcept {
   const auto* end = std::end(kEntries);
-  const auto* it = std::lower_bound(std::begin(kEntries), end, number,
-                                    [](const Entry& e, std::int32_t n) { return e.number < n; });
+  const auto* it =
+      std::lower_bound(std::begin(kEntries), end, number, [](const Entry& e, std::int32_t n) { return e.number < n; });
   return it != end && it->number == number ? it->text : nullptr;
 }
 
@@ -108,31 +108,57 @@ std::vector<std::int32_t> MessageTableNumbers() {
 ClassicRuntimeError ClassicRuntimeErrorFromErrno(int err) noexcept {
   int number = 75;  // Path/File access error: what a host sees for anything unexpected
   switch (err) {
-    case 0: return {0, ""};
-    case ENOENT: number = 53; break;
+    case 0:
+      return {0, ""};
+    case ENOENT:
+      number = 53;
+      break;
     case ENOTDIR:
-    case ELOOP: number = 76; break;
+    case ELOOP:
+      number = 76;
+      break;
     case EACCES:
     case EPERM:
     case EBUSY:
     case ETXTBSY:
-    case EAGAIN: number = 70; break;
-    case EEXIST: number = 58; break;
+    case EAGAIN:
+      number = 70;
+      break;
+    case EEXIST:
+      number = 58;
+      break;
     case ENOSPC:
     case EDQUOT:
-    case EFBIG: number = 61; break;
-    case EIO: number = 57; break;
+    case EFBIG:
+      number = 61;
+      break;
+    case EIO:
+      number = 57;
+      break;
     case EMFILE:
-    case ENFILE: number = 67; break;
+    case ENFILE:
+      number = 67;
+      break;
     case ENAMETOOLONG:
     case EINVAL:
-    case EBADF: number = 52; break;
-    case ENOMEM: number = 7; break;
-    case EXDEV: number = 74; break;
+    case EBADF:
+      number = 52;
+      break;
+    case ENOMEM:
+      number = 7;
+      break;
+    case EXDEV:
+      number = 74;
+      break;
     case ENXIO:
-    case ENODEV: number = 68; break;
-    case ENOMEDIUM: number = 71; break;
-    default: break;
+    case ENODEV:
+      number = 68;
+      break;
+    case ENOMEDIUM:
+      number = 71;
+      break;
+    default:
+      break;
   }
   return {number, ClassicText(number)};
 }

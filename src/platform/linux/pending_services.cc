@@ -2,7 +2,4 @@
 // removes its factory from here when it adds the real one.
 #include "platform/linux/linux_factories.h"
 
-namespace tolva::platform::posix {
-
-
-}  // namespace tolva::platform::posix
+namespace tolva::platform::posix {}  // namespace tolva::platform::posix

@@ -189,8 +189,12 @@ bool LinuxProcessLauncher::Start(const std::string& command_line, int /*window_s
   return true;
 }
 
-bool LinuxProcessLauncher::Activate(int /*process_id*/) { return false; }
+bool LinuxProcessLauncher::Activate(int /*process_id*/) {
+  return false;
+}
 
-std::shared_ptr<ProcessLauncher> NewProcessLauncher() { return std::make_shared<LinuxProcessLauncher>(); }
+std::shared_ptr<ProcessLauncher> NewProcessLauncher() {
+  return std::make_shared<LinuxProcessLauncher>();
+}
 
 }  // namespace tolva::platform::posix

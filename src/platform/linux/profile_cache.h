@@ -40,8 +40,7 @@ class ProfileCache {
   std::uint64_t parses() const noexcept { return parses_; }
 
   // Reads and parses `path` without the cache; `id` is that of the bytes read.
-  static std::shared_ptr<const files::ProfileFile> Load(const std::string& path, FileIdentity& id,
-                                                        FileError& error);
+  static std::shared_ptr<const files::ProfileFile> Load(const std::string& path, FileIdentity& id, FileError& error);
 
  private:
   struct Entry {

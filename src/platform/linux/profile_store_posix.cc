@@ -35,7 +35,9 @@ class Fd {
   int fd_;
 };
 
-bool HoldsLineBreakOrNul(const std::string& s) { return s.find_first_of(std::string("\r\n\0", 3)) != std::string::npos; }
+bool HoldsLineBreakOrNul(const std::string& s) {
+  return s.find_first_of(std::string("\r\n\0", 3)) != std::string::npos;
+}
 
 bool WriteFully(int fd, const std::string& data) {
   std::size_t done = 0;
@@ -70,11 +72,13 @@ std::string PosixProfileStore::Resolve(const std::string& file) {
   return p;
 }
 
-std::string PosixProfileStore::SystemProfile() { return WindowsDirectoryStandIn() + "/win.ini"; }
+std::string PosixProfileStore::SystemProfile() {
+  return WindowsDirectoryStandIn() + "/win.ini";
+}
 
 std::size_t PosixProfileStore::GetString(const std::string& section, const std::string& key,
-                                         const std::string& default_value, std::string& out,
-                                         std::size_t buffer_size, const std::string& file) {
+                                         const std::string& default_value, std::string& out, std::size_t buffer_size,
+                                         const std::string& file) {
   const std::string path = Resolve(file);
   std::shared_ptr<const files::ProfileFile> parsed = path.empty() ? nullptr : cache_.Get(path);
   if (parsed) {
@@ -92,8 +96,7 @@ std::size_t PosixProfileStore::GetSystemString(const std::string& section, const
 
 bool PosixProfileStore::WriteString(const std::string& section, const std::string& key, const std::string* value,
                                     const std::string& file) {
-  if (HoldsLineBreakOrNul(section) || HoldsLineBreakOrNul(key) || (value && HoldsLineBreakOrNul(*value)))
-    return false;
+  if (HoldsLineBreakOrNul(section) || HoldsLineBreakOrNul(key) || (value && HoldsLineBreakOrNul(*value))) return false;
   std::string path = Resolve(file);
   if (path.empty()) return false;
   std::string dir, name;
@@ -164,6 +167,8 @@ bool PosixProfileStore::WriteString(const std::string& section, const std::strin
   return true;
 }
 
-std::shared_ptr<ProfileStore> NewProfileStore() { return std::make_shared<PosixProfileStore>(); }
+std::shared_ptr<ProfileStore> NewProfileStore() {
+  return std::make_shared<PosixProfileStore>();
+}
 
 }  // namespace tolva::platform::posix

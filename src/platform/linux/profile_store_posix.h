@@ -22,8 +22,8 @@ class PosixProfileStore : public ProfileStore {
   // structure).
   bool WriteString(const std::string& section, const std::string& key, const std::string* value,
                    const std::string& file) override;
-  std::size_t GetSystemString(const std::string& section, const std::string& key,
-                              const std::string& default_value, std::string& out, std::size_t buffer_size) override;
+  std::size_t GetSystemString(const std::string& section, const std::string& key, const std::string& default_value,
+                              std::string& out, std::size_t buffer_size) override;
 
   // The path a host's profile name stands for: "\" turned to "/", and a bare
   // name placed in the Windows-directory stand-in.

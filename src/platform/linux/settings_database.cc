@@ -43,8 +43,10 @@ long StoreError(int rc) {
   switch (rc & 0xff) {
     case SQLITE_READONLY:
     case SQLITE_PERM:
-    case SQLITE_AUTH: return kSettingsAccessDenied;
-    default: return kSettingsStoreFailed;
+    case SQLITE_AUTH:
+      return kSettingsAccessDenied;
+    default:
+      return kSettingsStoreFailed;
   }
 }
 
@@ -59,7 +61,9 @@ class Use {
   Use(const Use&) = delete;
   Use& operator=(const Use&) = delete;
 
-  void Text(int i, const std::string& s) { sqlite3_bind_text(stmt_, i, s.data(), static_cast<int>(s.size()), SQLITE_STATIC); }
+  void Text(int i, const std::string& s) {
+    sqlite3_bind_text(stmt_, i, s.data(), static_cast<int>(s.size()), SQLITE_STATIC);
+  }
   void Blob(int i, const std::string& s) {
     // A zero-length blob still binds as a blob, not as NULL.
     sqlite3_bind_blob(stmt_, i, s.empty() ? "" : s.data(), static_cast<int>(s.size()), SQLITE_STATIC);
@@ -111,7 +115,9 @@ class SettingsDatabase::Transaction {
 
 SettingsDatabase::SettingsDatabase(Options options) noexcept : options_(std::move(options)) {}
 
-SettingsDatabase::~SettingsDatabase() { Close(); }
+SettingsDatabase::~SettingsDatabase() {
+  Close();
+}
 
 void SettingsDatabase::Close() noexcept {
   for (sqlite3_stmt** s : {&key_exists_, &key_insert_, &value_get_, &value_set_, &value_delete_, &tree_keys_delete_,
@@ -214,7 +220,9 @@ long SettingsDatabase::KeyExists(const std::string& path) {
   return rc == SQLITE_DONE ? kSettingsNotFound : StoreError(rc);
 }
 
-long SettingsDatabase::CanWrite() { return Open(Need::kWrite); }
+long SettingsDatabase::CanWrite() {
+  return Open(Need::kWrite);
+}
 
 long SettingsDatabase::EnsureKeyLocked(const std::string& path) {
   if (path.empty()) return kSettingsOk;
@@ -251,8 +259,7 @@ long SettingsDatabase::EnsureKey(const std::string& path) {
   return t.Commit();
 }
 
-long SettingsDatabase::Get(const std::string& path, const std::string& name, std::uint32_t& type,
-                           std::string& data) {
+long SettingsDatabase::Get(const std::string& path, const std::string& name, std::uint32_t& type, std::string& data) {
   if (const long rc = Open(Need::kRead); rc != kSettingsOk) return rc;
   Use use(value_get_);
   use.Text(1, path);
@@ -265,8 +272,8 @@ long SettingsDatabase::Get(const std::string& path, const std::string& name, std
   return kSettingsOk;
 }
 
-long SettingsDatabase::ValueAt(const std::string& path, std::uint32_t index, std::string& name,
-                               std::uint32_t& type, std::string& data) {
+long SettingsDatabase::ValueAt(const std::string& path, std::uint32_t index, std::string& name, std::uint32_t& type,
+                               std::string& data) {
   if (const long rc = Open(Need::kRead); rc != kSettingsOk) return rc == kSettingsNotFound ? kSettingsNoMoreItems : rc;
   // Values of one key are few; an offset per index is cheap enough here.
   Use use(value_at_);

@@ -41,8 +41,7 @@ class SettingsDatabase {
   long EnsureKey(const std::string& path);
   long Get(const std::string& path, const std::string& name, std::uint32_t& type, std::string& data);
   // The value at `index` of `path` in case-insensitive name order; 259 past the last.
-  long ValueAt(const std::string& path, std::uint32_t index, std::string& name, std::uint32_t& type,
-               std::string& data);
+  long ValueAt(const std::string& path, std::uint32_t index, std::string& name, std::uint32_t& type, std::string& data);
   // Creates missing keys along `path`, then stores the value; one transaction.
   long Set(const std::string& path, const std::string& name, std::uint32_t type, const std::string& data);
   long DeleteValue(const std::string& path, const std::string& name);

@@ -63,10 +63,17 @@ SqliteSettingsStore::SqliteSettingsStore(SettingsDatabase::Options user, Setting
 bool SqliteSettingsStore::Locate(SettingsKey root, const std::string& path, Place& place) {
   const std::string sub = NormalKeyPath(path);
   switch (root) {
-    case kHkeyCurrentUser: place = {&user_, sub}; return true;
-    case kHkeyLocalMachine: place = {&machine_, sub}; return true;
-    case kHkeyClassesRoot: place = {&machine_, JoinKeyPath(kClassesPath, sub)}; return true;
-    default: break;
+    case kHkeyCurrentUser:
+      place = {&user_, sub};
+      return true;
+    case kHkeyLocalMachine:
+      place = {&machine_, sub};
+      return true;
+    case kHkeyClassesRoot:
+      place = {&machine_, JoinKeyPath(kClassesPath, sub)};
+      return true;
+    default:
+      break;
   }
   const OpenKeyState* base = Find(root);
   if (!base) return false;
@@ -89,8 +96,7 @@ SettingsKey SqliteSettingsStore::Register(Place place, std::uint32_t access) {
   return key;
 }
 
-long SqliteSettingsStore::OpenKey(SettingsKey root, const std::string& path, std::uint32_t access,
-                                  SettingsKey& key) {
+long SqliteSettingsStore::OpenKey(SettingsKey root, const std::string& path, std::uint32_t access, SettingsKey& key) {
   std::lock_guard<std::mutex> lock(mu_);
   key = 0;
   Place place;
@@ -138,8 +144,7 @@ long SqliteSettingsStore::EnumKey(SettingsKey key, std::uint32_t index, std::str
   return kSettingsOk;
 }
 
-long SqliteSettingsStore::QueryValue(SettingsKey key, const std::string& name, std::uint32_t& type,
-                                     std::string& data) {
+long SqliteSettingsStore::QueryValue(SettingsKey key, const std::string& name, std::uint32_t& type, std::string& data) {
   std::lock_guard<std::mutex> lock(mu_);
   OpenKeyState* state = Find(key);
   if (!state) return kSettingsInvalidHandle;
@@ -215,8 +220,12 @@ std::shared_ptr<SettingsStore> NewSettingsStore() {
 
 namespace tolva::platform {
 
-std::string DefaultUserSettingsDatabase() { return posix::UserDatabasePath(); }
-std::string DefaultMachineSettingsDatabase() { return posix::MachineDatabasePath(); }
+std::string DefaultUserSettingsDatabase() {
+  return posix::UserDatabasePath();
+}
+std::string DefaultMachineSettingsDatabase() {
+  return posix::MachineDatabasePath();
+}
 
 std::shared_ptr<SettingsStore> NewSettingsDatabase(const std::string& user_database,
                                                    const std::string& machine_database) {

@@ -95,6 +95,8 @@ bool LinuxSystemInfo::Environment(const std::string& name, std::string& value) {
   return true;
 }
 
-std::shared_ptr<SystemInfo> NewSystemInfo() { return std::make_shared<LinuxSystemInfo>(); }
+std::shared_ptr<SystemInfo> NewSystemInfo() {
+  return std::make_shared<LinuxSystemInfo>();
+}
 
 }  // namespace tolva::platform::posix

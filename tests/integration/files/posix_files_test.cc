@@ -55,7 +55,7 @@ TEST_F(PosixFilesTest, ListingsFilterByPatternAndAttributes) {
       {"with directories", dir / "s*", platform::kAttrDirectory, V{"sub.txt"}},
       {"directories left out", dir / "s*", platform::kAttrNormal, V{}},
       {"hidden only when asked", dir / ".*", platform::kAttrHidden, V{".hidden.txt"}},
-      {"backslash separators", dir / "a*" , platform::kAttrNormal, V{"a.txt", "ab.csv"}},
+      {"backslash separators", dir / "a*", platform::kAttrNormal, V{"a.txt", "ab.csv"}},
       {"exact name with blanks", dir / "name with blanks.txt", platform::kAttrNormal, V{"name with blanks.txt"}},
       {"exact hidden name", dir / ".hidden.txt", platform::kAttrNormal, V{".hidden.txt"}},
       {"missing directory", dir / "none/*", platform::kAttrNormal, V{}},

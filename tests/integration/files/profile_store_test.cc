@@ -21,8 +21,8 @@ namespace {
 
 using platform::posix::PosixProfileStore;
 
-std::string Get(PosixProfileStore& store, const std::string& file, const std::string& section,
-                const std::string& key, const std::string& def = "<none>") {
+std::string Get(PosixProfileStore& store, const std::string& file, const std::string& section, const std::string& key,
+                const std::string& def = "<none>") {
   std::string out;
   store.GetString(section, key, def, out, 1024, file);
   return out;

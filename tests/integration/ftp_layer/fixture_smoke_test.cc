@@ -22,12 +22,12 @@ TEST_P(FixtureTest, StartsGreetsAndStopsWithoutLeftovers) {
     ASSERT_TRUE(server) << why;
     root = server->Root();
     port = server->Port();
-    struct stat st{};
+    struct stat st {};
     EXPECT_EQ(0, ::stat(root.c_str(), &st));
     EXPECT_TRUE(WaitForGreeting(port, 2000));
     EXPECT_TRUE(server->Running());
   }
-  struct stat st{};
+  struct stat st {};
   EXPECT_NE(0, ::stat(root.c_str(), &st)) << "root left behind";
   EXPECT_FALSE(WaitForGreeting(port, 300)) << "server still answering";
   (void)pid;

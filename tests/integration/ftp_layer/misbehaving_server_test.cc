@@ -130,13 +130,17 @@ TEST_F(Fault, HostileListingsGiveNamesAsListedAndSkipGarbage) {
       "-rw-r--r-- 1 0 0 13 Jan  5  2020 nul\\u0000byte\r\n"
       "complete garbage line\r\n"
       "-rw-r--r-- 1 0 0 99999999999999999999999 Jan  5  2020 overflowing size\r\n"
-      "-rw-r--r-- 1 0 0 14 Jan  5  2020 " + std::string(4096, 'n') + "\r\n";
+      "-rw-r--r-- 1 0 0 14 Jan  5  2020 " +
+      std::string(4096, 'n') + "\r\n";
   // JSON-escape the backslash; \u0000 stays an escape for the NUL.
   std::string escaped;
   for (char c : listing) {
-    if (c == '\r') escaped += "\\r";
-    else if (c == '\n') escaped += "\\n";
-    else escaped += c;
+    if (c == '\r')
+      escaped += "\\r";
+    else if (c == '\n')
+      escaped += "\\n";
+    else
+      escaped += c;
   }
   auto pos = escaped.find("back\\slash");
   escaped.replace(pos, 10, "back\\\\slash");
@@ -183,8 +187,9 @@ TEST_F(Fault, TransferFaultsFailCleanlyAndTheSessionGoesOn) {
     ASSERT_NE(0u, s->connection);
     ASSERT_TRUE(WriteWholeFile(existing, "precious"));
     const auto start = Clock::now();
-    const bool ok = row.get ? s->lib->GetFile(s->connection, "f.bin", existing, false, 0, platform::kFtpTransferTypeBinary)
-                            : s->lib->PutFile(s->connection, upload, "f.bin", platform::kFtpTransferTypeBinary);
+    const bool ok = row.get
+                        ? s->lib->GetFile(s->connection, "f.bin", existing, false, 0, platform::kFtpTransferTypeBinary)
+                        : s->lib->PutFile(s->connection, upload, "f.bin", platform::kFtpTransferTypeBinary);
     EXPECT_FALSE(ok);
     EXPECT_EQ(row.error, s->lib->LastError());
     EXPECT_LT(Clock::now() - start, kNoHangBound);
@@ -201,9 +206,10 @@ TEST_F(Fault, TransferFaultsFailCleanlyAndTheSessionGoesOn) {
 }
 
 TEST_F(Fault, ListingFaults) {
-  for (const char* scenario : {R"({"list_mode": "drop_data", "listing": "-rw-r--r-- 1 0 0 1 Jan  5  2020 a\r\n-rw-r--r-- 1 0 0 1 Jan  5  2020 b\r\n"})",
-                               R"({"list_mode": "drop_control", "listing": "x"})",
-                               R"({"stall_on": {"LIST": 30}})"}) {
+  for (
+      const char* scenario :
+      {R"({"list_mode": "drop_data", "listing": "-rw-r--r-- 1 0 0 1 Jan  5  2020 a\r\n-rw-r--r-- 1 0 0 1 Jan  5  2020 b\r\n"})",
+       R"({"list_mode": "drop_control", "listing": "x"})", R"({"stall_on": {"LIST": 30}})"}) {
     SCOPED_TRACE(scenario);
     auto server = Start(scenario);
     ASSERT_TRUE(server);

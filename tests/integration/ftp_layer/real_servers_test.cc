@@ -29,7 +29,8 @@ class RealServerTest : public ::testing::TestWithParam<FtpServerKind> {
     local_ = MakeTempDir("tolva-ftp-local-");
     ASSERT_FALSE(local_.empty());
     ASSERT_TRUE(s_.Connect(server_->HostPort(), server_->User(), server_->Password()))
-        << s_.lib->LastError() << " " << s_.lib->LastResponseInfo() << "\n" << server_->LogText();
+        << s_.lib->LastError() << " " << s_.lib->LastResponseInfo() << "\n"
+        << server_->LogText();
   }
   void TearDown() override { RemoveTree(local_); }
 
@@ -55,8 +56,8 @@ TEST_P(RealServerTest, BinaryRoundTripsByteForByte) {
     std::size_t size;
     const char* label;
   };
-  const Row rows[] = {{0, "empty"},           {1, "one byte"},       {kBlock - 1, "block-1"},
-                      {kBlock, "block"},      {kBlock + 1, "block+1"}, {2 * kBlock, "two blocks"}};
+  const Row rows[] = {{0, "empty"},      {1, "one byte"},         {kBlock - 1, "block-1"},
+                      {kBlock, "block"}, {kBlock + 1, "block+1"}, {2 * kBlock, "two blocks"}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.label);
     const std::string bytes = PatternBytes(row.size);
@@ -109,7 +110,8 @@ TEST_P(RealServerTest, NamesWithBlanksAndNonAsciiBytes) {
     SCOPED_TRACE(name);
     // pure-ftpd trims the leading blanks of every argument itself.
     if (name[0] == ' ' && GetParam() == FtpServerKind::kPureFtpd) continue;
-    ASSERT_TRUE(s_.lib->PutFile(s_.connection, up, name, platform::kFtpTransferTypeBinary)) << s_.lib->LastResponseInfo();
+    ASSERT_TRUE(s_.lib->PutFile(s_.connection, up, name, platform::kFtpTransferTypeBinary))
+        << s_.lib->LastResponseInfo();
     EXPECT_EQ("abc", ReadWholeFile(server_->Root() + "/" + name));
   }
   std::set<std::string> listed;
@@ -138,8 +140,8 @@ TEST_P(RealServerTest, ListingGivesTypesSizesDatesAndMasksMatchHere) {
     std::string mask;
     std::set<std::string> expected;
   };
-  const std::vector<Row> rows = {{"*.txt", {"a.txt", "ab.txt"}}, {"?.txt", {"a.txt"}}, {"b*", {"b.dat"}},
-                                 {"nothing*", {}}};
+  const std::vector<Row> rows = {
+      {"*.txt", {"a.txt", "ab.txt"}}, {"?.txt", {"a.txt"}}, {"b*", {"b.dat"}}, {"nothing*", {}}};
   for (const auto& row : rows) {
     std::set<std::string> got;
     for (auto& e : List(row.mask)) got.insert(e.name);
@@ -153,7 +155,7 @@ TEST_P(RealServerTest, ListingGivesTypesSizesDatesAndMasksMatchHere) {
 TEST_P(RealServerTest, DirectoriesAndErrorsKeepTheSessionUsable) {
   auto& lib = *s_.lib;
   ASSERT_TRUE(lib.CreateDirectory(s_.connection, "new dir"));
-  struct stat st{};
+  struct stat st {};
   EXPECT_EQ(0, ::stat((server_->Root() + "/new dir").c_str(), &st));
   ASSERT_TRUE(lib.SetCurrentDirectory(s_.connection, "new dir"));
   std::string cwd;
@@ -191,7 +193,8 @@ TEST_P(RealServerTest, FailIfExistsRefusesAndKeepsTheFile) {
 TEST_P(RealServerTest, OpenFileReadsFullBlocksAndWritesThrough) {
   auto& lib = *s_.lib;
   const std::string bytes = PatternBytes(3 * 100000 + 17);
-  InternetHandle w = lib.OpenFile(s_.connection, "stream.bin", platform::kGenericWrite, platform::kFtpTransferTypeBinary);
+  InternetHandle w =
+      lib.OpenFile(s_.connection, "stream.bin", platform::kGenericWrite, platform::kFtpTransferTypeBinary);
   ASSERT_NE(0u, w) << lib.LastResponseInfo();
   // Another command while the file is open is refused, not mixed in.
   EXPECT_FALSE(lib.CreateDirectory(s_.connection, "x"));
@@ -205,7 +208,8 @@ TEST_P(RealServerTest, OpenFileReadsFullBlocksAndWritesThrough) {
   ASSERT_TRUE(lib.CloseHandle(w)) << lib.LastResponseInfo();
   EXPECT_EQ(bytes, ReadWholeFile(server_->Root() + "/stream.bin"));
 
-  InternetHandle r = lib.OpenFile(s_.connection, "stream.bin", platform::kGenericRead, platform::kFtpTransferTypeBinary);
+  InternetHandle r =
+      lib.OpenFile(s_.connection, "stream.bin", platform::kGenericRead, platform::kFtpTransferTypeBinary);
   ASSERT_NE(0u, r);
   std::string back;
   std::vector<char> block(100000);
@@ -235,7 +239,8 @@ TEST_P(RealServerTest, ClosingADownloadMidwayLeavesTheSessionInStep) {
     EXPECT_EQ(4096u, got);
     EXPECT_TRUE(lib.CloseHandle(r));
     std::string cwd;
-    ASSERT_TRUE(lib.GetCurrentDirectory(s_.connection, cwd, 260)) << "after abort " << i << ": " << lib.LastResponseInfo();
+    ASSERT_TRUE(lib.GetCurrentDirectory(s_.connection, cwd, 260))
+        << "after abort " << i << ": " << lib.LastResponseInfo();
     EXPECT_EQ("/", cwd);
   }
   EXPECT_EQ(fds_before, CountOpenDescriptors());

@@ -89,7 +89,8 @@ TEST(SettingsReliabilityTest, AWriterKilledMidLoopLosesNothingAcknowledged) {
   c.RegistryApp("Killed");
   std::size_t missing = 0;
   for (std::int32_t k : acknowledged)
-    missing += c.RegistryGetSetting("S" + std::to_string(k % 7), "Key" + std::to_string(k), "") != std::string(100, 'v');
+    missing +=
+        c.RegistryGetSetting("S" + std::to_string(k % 7), "Key" + std::to_string(k), "") != std::string(100, 'v');
   EXPECT_EQ(missing, 0u) << "of " << acknowledged.size() << " acknowledged saves";
   // And the database takes new writes.
   c.RegistrySaveSetting("After", "K", "v");
@@ -121,9 +122,9 @@ TEST(SettingsReliabilityTest, UnusableDatabaseFilesGiveTheDefaults) {
   struct Row {
     const char* label;
     std::string db;
-    std::string get;      // RegistryGetSetting("S", "K", "default") before the save
-    std::string after;    // the same after saving "new"
-    std::string sections; // count from RegistryGetSections
+    std::string get;       // RegistryGetSetting("S", "K", "default") before the save
+    std::string after;     // the same after saving "new"
+    std::string sections;  // count from RegistryGetSections
   } rows[] = {
       {"healthy", dir / "good.db", "stored", "new", "1"},
       {"read-only file: reads work, saves do nothing", dir / "readonly.db", "stored", "stored", "1"},

@@ -38,7 +38,8 @@ class SqliteStoreTest : public ::testing::Test {
 TEST_F(SqliteStoreTest, ReadsDoNotCreateTheDatabaseAndTheFirstWriteMakesItPrivate) {
   EXPECT_EQ(Get("A\\B", "k"), "<absent>");
   SettingsKey key = 0;
-  EXPECT_EQ(store->OpenKey(platform::kHkeyCurrentUser, "A", platform::kKeyQueryValue, key), platform::kSettingsNotFound);
+  EXPECT_EQ(store->OpenKey(platform::kHkeyCurrentUser, "A", platform::kKeyQueryValue, key),
+            platform::kSettingsNotFound);
   EXPECT_EQ(store->DeleteKey("A"), platform::kSettingsNotFound);
   struct stat st;
   EXPECT_NE(::stat((dir / "user.db").c_str(), &st), 0);
@@ -61,7 +62,8 @@ TEST_F(SqliteStoreTest, NamesCompareWithoutCaseAndKeepTheirFirstSpelling) {
 }
 
 TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrderAndStayStable) {
-  for (const char* s : {"delta", "Bravo", "alpha", "Charlie", "_under", "Z9", "a b"}) store->SetString(std::string("P\\") + s, "k", "v");
+  for (const char* s : {"delta", "Bravo", "alpha", "Charlie", "_under", "Z9", "a b"})
+    store->SetString(std::string("P\\") + s, "k", "v");
   store->SetString("P\\alpha\\deeper", "k", "v");
   const std::vector<std::string> expected = {"_under", "a b", "alpha", "Bravo", "Charlie", "delta", "Z9"};
   EXPECT_EQ(Children(platform::kHkeyCurrentUser, "P"), expected);

@@ -87,8 +87,8 @@ TEST(LinuxSystem, MessageTableCoversEveryServiceNumber) {
   numbers.push_back(12111);
   // Local files: whatever errno the file service meets, in every kind of call.
   for (int err = 1; err < 134; ++err) {
-    for (auto op : {platform::posix::FileOp::kOpenFile, platform::posix::FileOp::kDirectory,
-                    platform::posix::FileOp::kDelete}) {
+    for (auto op :
+         {platform::posix::FileOp::kOpenFile, platform::posix::FileOp::kDirectory, platform::posix::FileOp::kDelete}) {
       numbers.push_back(platform::posix::ClassicFileError(err, op).number);
     }
     const auto classic = platform::posix::ClassicRuntimeErrorFromErrno(err);

@@ -135,9 +135,8 @@ TEST_F(ConsoleBox, WithoutATerminalAnswersTheDefaultAtOnce) {
     int expected;
   };
   const std::vector<Row> rows = {
-      {0x10, 1},          {0x24, 6},         {0x124, 7},       {0x224, 6},  {0x21, 1},
-      {0x121, 2},         {0x22, 3},         {0x222, 5},       {0x123, 7},  {0x223, 2},
-      {0x125, 2},         {0x25, 4},         {0x2F, 1},
+      {0x10, 1},  {0x24, 6},  {0x124, 7}, {0x224, 6}, {0x21, 1}, {0x121, 2}, {0x22, 3},
+      {0x222, 5}, {0x123, 7}, {0x223, 2}, {0x125, 2}, {0x25, 4}, {0x2F, 1},
   };
   for (const Row& r : rows) EXPECT_EQ(w.MessageBox("Save changes?", "Tolva Query", r.flags), r.expected) << r.flags;
   const std::string text = Written();
@@ -166,9 +165,9 @@ TEST_F(ConsoleBox, AsksOnATerminal) {
     int expected;
   };
   const std::vector<Row> rows = {
-      {"n\n", 4, 7},         {"YES\n", 4, 6},          {"2\n", 3, 7},    {"\n", 0x103, 7},
-      {"x\nc\n", 3, 2},      {"i\n", 2, 5},            {" r \n", 5, 4},  {"9\n\n", 4, 0},
-      {"?\n?\n?\n?\n?\n", 0x104, 7},
+      {"n\n", 4, 7},    {"YES\n", 4, 6},  {"2\n", 3, 7},
+      {"\n", 0x103, 7}, {"x\nc\n", 3, 2}, {"i\n", 2, 5},
+      {" r \n", 5, 4},  {"9\n\n", 4, 0},  {"?\n?\n?\n?\n?\n", 0x104, 7},
   };
   for (const Row& r : rows) {
     const std::string typed = r.typed;

@@ -9,8 +9,8 @@ namespace {
 class ProfileMembersTest : public FilesTest {};
 
 TEST_F(ProfileMembersTest, ReadAppliesTheDefaultRules) {
-  profiles->files["/p/app.ini"] = "[Main]\r\nName =  Tolva  \r\nEmpty=\r\nQuoted=\" x \"\r\nLong=" +
-                                  std::string(2000, 'z') + "\r\n";
+  profiles->files["/p/app.ini"] =
+      "[Main]\r\nName =  Tolva  \r\nEmpty=\r\nQuoted=\" x \"\r\nLong=" + std::string(2000, 'z') + "\r\n";
   struct Row {
     const char* label;
     std::string section, key, def, expected;

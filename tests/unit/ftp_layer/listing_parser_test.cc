@@ -23,7 +23,9 @@ struct Row {
   const char* label;
 };
 
-FindTime T(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) { return {true, y, mo, d, h, mi, s}; }
+FindTime T(int y, int mo, int d, int h = 0, int mi = 0, int s = 0) {
+  return {true, y, mo, d, h, mi, s};
+}
 
 void Check(const Row& row, bool ok, const FindData& e) {
   SCOPED_TRACE(row.label);

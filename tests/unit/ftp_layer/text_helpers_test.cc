@@ -18,12 +18,30 @@ TEST(MaskMatcherTest, Table) {
     bool match;
   };
   const Row rows[] = {
-      {"", "anything", true},        {"*", "", true},             {"*.*", "no-dot", true},
-      {"*.txt", "a.txt", true},      {"*.txt", "a.txt.bak", false}, {"*.txt", "A.TXT", false},
-      {"?.txt", "a.txt", true},      {"?.txt", "ab.txt", false},  {"a*b*c", "aXXbYYc", true},
-      {"a*b*c", "aXXbYY", false},    {"a*", "a", true},           {"*a", "bbba", true},
-      {"**", "x", true},             {"a?c", "a\xC3\xA9" "c", false}, {"a??c", "a\xC3\xA9" "c", true},
-      {"exact", "exact", true},      {"exact", "exacT", false},   {"*x*", "", false},
+      {"", "anything", true},
+      {"*", "", true},
+      {"*.*", "no-dot", true},
+      {"*.txt", "a.txt", true},
+      {"*.txt", "a.txt.bak", false},
+      {"*.txt", "A.TXT", false},
+      {"?.txt", "a.txt", true},
+      {"?.txt", "ab.txt", false},
+      {"a*b*c", "aXXbYYc", true},
+      {"a*b*c", "aXXbYY", false},
+      {"a*", "a", true},
+      {"*a", "bbba", true},
+      {"**", "x", true},
+      {"a?c",
+       "a\xC3\xA9"
+       "c",
+       false},
+      {"a??c",
+       "a\xC3\xA9"
+       "c",
+       true},
+      {"exact", "exact", true},
+      {"exact", "exacT", false},
+      {"*x*", "", false},
   };
   for (const auto& r : rows) EXPECT_EQ(r.match, MaskMatches(r.mask, r.name)) << r.mask << " vs " << r.name;
 }

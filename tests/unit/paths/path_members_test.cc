@@ -57,23 +57,34 @@ TEST_F(PathMembers, BuildPathRunUsesTheRunDirectory) {
 
 TEST_F(PathMembers, SplittingTakesTheRightMostSeparatorOfEitherKind) {
   const std::vector<Row> dir = {
-      {"backslash", "C:\\a\\b.txt", "C:\\a\\"}, {"slash", "dir/x", "dir/"}, {"mixed", "a\\b/c", "a\\b/"},
-      {"none", "name.txt", ""},                   {"empty", "", ""},
+      {"backslash", "C:\\a\\b.txt", "C:\\a\\"},
+      {"slash", "dir/x", "dir/"},
+      {"mixed", "a\\b/c", "a\\b/"},
+      {"none", "name.txt", ""},
+      {"empty", "", ""},
   };
   for (const auto& r : dir) EXPECT_EQ(c.FileDirectory(r.input), r.expected) << r.label;
   const std::vector<Row> name = {
-      {"backslash", "C:\\a\\b.txt", "b.txt"}, {"none", "name.txt", "name.txt"}, {"trailing", "a/b/", ""},
+      {"backslash", "C:\\a\\b.txt", "b.txt"},
+      {"none", "name.txt", "name.txt"},
+      {"trailing", "a/b/", ""},
       {"mixed", "a/b\\c", "c"},
   };
   for (const auto& r : name) EXPECT_EQ(c.FileName(r.input), r.expected) << r.label;
   const std::vector<Row> only = {
-      {"two dots", "a.b.txt", "a.b"}, {"hidden", "/home/.profile", ""}, {"no dot", "dir\\readme", "readme"},
+      {"two dots", "a.b.txt", "a.b"},
+      {"hidden", "/home/.profile", ""},
+      {"no dot", "dir\\readme", "readme"},
       {"dot in directory only", "v1.2/readme", "readme"},
   };
   for (const auto& r : only) EXPECT_EQ(c.FileNameOnly(r.input), r.expected) << r.label;
   const std::vector<Row> ext = {
-      {"last dot", "archive.tar.gz", "gz"}, {"none", "Makefile", ""},      {"blank", "   ", ""},
-      {"trimmed", "a. txt ", "txt"},         {"own case", "A.TXT", "TXT"}, {"dot in directory", "C:\\v1.2\\readme", "2\\readme"},
+      {"last dot", "archive.tar.gz", "gz"},
+      {"none", "Makefile", ""},
+      {"blank", "   ", ""},
+      {"trimmed", "a. txt ", "txt"},
+      {"own case", "A.TXT", "TXT"},
+      {"dot in directory", "C:\\v1.2\\readme", "2\\readme"},
   };
   for (const auto& r : ext) EXPECT_EQ(c.FileExtension(r.input), r.expected) << r.label;
 }

@@ -234,8 +234,8 @@ TEST_F(RegistryMembersTest, TestSectionComparesWithoutCase) {
     std::string section;
     Boolean expected;
   } rows[] = {
-      {"same case", "Startup", kTrue},   {"other case", "STARTUP", kTrue}, {"missing", "Shutdown", kFalse},
-      {"empty", "", kFalse},             {"prefix only", "Start", kFalse}, {"a value name is no section", "K", kFalse},
+      {"same case", "Startup", kTrue}, {"other case", "STARTUP", kTrue}, {"missing", "Shutdown", kFalse},
+      {"empty", "", kFalse},           {"prefix only", "Start", kFalse}, {"a value name is no section", "K", kFalse},
   };
   for (const auto& r : rows) EXPECT_EQ(c.RegistryTestSection(r.section), r.expected) << r.label;
   EXPECT_EQ(store->open_keys(), 0u);

@@ -45,9 +45,12 @@ TEST(SettingTextTest, RoundToLongHalvesToEvenAndClamps) {
     double value;
     Long expected;
   } rows[] = {
-      {"2.5 to even below", 2.5, 2},        {"3.5 to even above", 3.5, 4},
-      {"-2.5 to even", -2.5, -2},           {"0.5 to zero", 0.5, 0},
-      {"just above a half", 2.5000001, 3},  {"huge clamps high", 1e12, 2147483647},
+      {"2.5 to even below", 2.5, 2},
+      {"3.5 to even above", 3.5, 4},
+      {"-2.5 to even", -2.5, -2},
+      {"0.5 to zero", 0.5, 0},
+      {"just above a half", 2.5000001, 3},
+      {"huge clamps high", 1e12, 2147483647},
       {"huge negative clamps low", -1e12, std::numeric_limits<Long>::min()},
       {"nan is 0", std::numeric_limits<double>::quiet_NaN(), 0},
   };
@@ -60,8 +63,8 @@ TEST(SettingTextTest, NumbersAreWrittenAsInvariantTextThatReadsBack) {
     double value;
     std::string text;
   } rows[] = {
-      {"integer valued", 3, "3"},     {"fraction", 2.5, "2.5"},       {"negative", -0.125, "-0.125"},
-      {"large", 1e20, "1E+20"},       {"fifteen digits", 0.1, "0.1"}, {"small", 1.5e-7, "1.5E-07"},
+      {"integer valued", 3, "3"}, {"fraction", 2.5, "2.5"},       {"negative", -0.125, "-0.125"},
+      {"large", 1e20, "1E+20"},   {"fifteen digits", 0.1, "0.1"}, {"small", 1.5e-7, "1.5E-07"},
   };
   for (const auto& r : rows) {
     EXPECT_EQ(DoubleText(r.value), r.text) << r.label;
@@ -76,10 +79,12 @@ TEST(SettingTextTest, BooleanTextsMatchTheTableInAnyCase) {
     std::string text;
     std::optional<Boolean> expected;
   } rows[] = {
-      {"saved true", "True", kTrue},   {"saved false", "False", kFalse}, {"upper yes", "YES", kTrue},
-      {"no", "no", kFalse},            {"one", "1", kTrue},              {"minus one", "-1", kTrue},
-      {"zero", "0", kFalse},           {"maybe", "maybe", std::nullopt}, {"two", "2", std::nullopt},
-      {"blank around", " true", std::nullopt}, {"empty", "", std::nullopt},
+      {"saved true", "True", kTrue}, {"saved false", "False", kFalse},
+      {"upper yes", "YES", kTrue},   {"no", "no", kFalse},
+      {"one", "1", kTrue},           {"minus one", "-1", kTrue},
+      {"zero", "0", kFalse},         {"maybe", "maybe", std::nullopt},
+      {"two", "2", std::nullopt},    {"blank around", " true", std::nullopt},
+      {"empty", "", std::nullopt},
   };
   for (const auto& r : rows) EXPECT_EQ(BooleanFromText(r.text), r.expected) << r.label;
   EXPECT_STREQ(BooleanSaveText(kTrue), "True");

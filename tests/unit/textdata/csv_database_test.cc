@@ -33,21 +33,77 @@ TEST_F(ReadersTest, CsvDatabaseCopiesTheRequestedRanges) {
   };
   const Strings untouched = {"~", "~", "~"};
   const Case cases[] = {
-      {"records 2 and 3, fields 1 and 2", 2, 3, 1, 2, 2, 2, {"Name", "Town", "~"},
+      {"records 2 and 3, fields 1 and 2",
+       2,
+       3,
+       1,
+       2,
+       2,
+       2,
+       {"Name", "Town", "~"},
        {{"Bo, Jr", "York\r\nNorth", "~"}, {"Cy", "Hull", "~"}, untouched, untouched}},
-      {"LastRecord 0 reads only the names", 1, 0, 1, 3, 0, 3, {"Name", "Town", "Age"},
+      {"LastRecord 0 reads only the names",
+       1,
+       0,
+       1,
+       3,
+       0,
+       3,
+       {"Name", "Town", "Age"},
        {untouched, untouched, untouched, untouched}},
-      {"more records asked for than the file holds", 1, 10, 1, 3, 10, 3, {"Name", "Town", "Age"},
+      {"more records asked for than the file holds",
+       1,
+       10,
+       1,
+       3,
+       10,
+       3,
+       {"Name", "Town", "Age"},
        {{"Ann", "Leeds", "31"}, {"Bo, Jr", "York\r\nNorth", "42"}, {"Cy", "Hull", "5\"7"}, untouched}},
-      {"FirstField 0 counts an extra field but stores from 1", 1, 1, 0, 3, 1, 4, {"Name", "Town", "Age"},
+      {"FirstField 0 counts an extra field but stores from 1",
+       1,
+       1,
+       0,
+       3,
+       1,
+       4,
+       {"Name", "Town", "Age"},
        {{"Ann", "Leeds", "31"}, untouched, untouched, untouched}},
-      {"a field range from the second field", 3, 3, 2, 3, 1, 2, {"Town", "Age", "~"},
+      {"a field range from the second field",
+       3,
+       3,
+       2,
+       3,
+       1,
+       2,
+       {"Town", "Age", "~"},
        {{"Hull", "5\"7", "~"}, untouched, untouched, untouched}},
-      {"FirstRecord below 1 starts at record 1", -5, 2, 1, 1, 2, 1, {"Name", "~", "~"},
+      {"FirstRecord below 1 starts at record 1",
+       -5,
+       2,
+       1,
+       1,
+       2,
+       1,
+       {"Name", "~", "~"},
        {{"Ann", "~", "~"}, {"Bo, Jr", "~", "~"}, untouched, untouched}},
-      {"first record after the last: nothing, count 0", 3, 2, 1, 3, 0, 3, {"Name", "Town", "Age"},
+      {"first record after the last: nothing, count 0",
+       3,
+       2,
+       1,
+       3,
+       0,
+       3,
+       {"Name", "Town", "Age"},
        {untouched, untouched, untouched, untouched}},
-      {"first field after the last: nothing, count 0", 1, 3, 3, 1, 3, 0, {"~", "~", "~"},
+      {"first field after the last: nothing, count 0",
+       1,
+       3,
+       3,
+       1,
+       3,
+       0,
+       {"~", "~", "~"},
        {untouched, untouched, untouched, untouched}},
   };
   fs->AddFile(kFile, kPeople);
@@ -60,8 +116,8 @@ TEST_F(ReadersTest, CsvDatabaseCopiesTheRequestedRanges) {
     }
     Long number_records = 77, number_fields = 77;
     std::string error = "stale";
-    EXPECT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, k.first_record, k.last_record, k.first_field,
-                                      k.last_field, number_records, number_fields, error),
+    EXPECT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, k.first_record, k.last_record, k.first_field, k.last_field,
+                                      number_records, number_fields, error),
               kTrue)
         << k.label;
     EXPECT_EQ(error, "") << k.label;
@@ -84,10 +140,16 @@ TEST_F(ReadersTest, CsvDatabaseTrimsAndReportsProgress) {
   ASSERT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, 1, 2, 1, 2, nr, nf, error), kTrue);
   EXPECT_EQ(*names.At(1), "A");
   EXPECT_EQ(*values.At(2, 2), "4");
-  const std::vector<std::string> expected = {
-      "Reading File - people.csv", "Reading File Starting", "Extracting Values", "Extracting Values",
-      "Extracting Values",         "Extracting Values",     "Triming Values",    "Triming Values",
-      "Triming Values",            "Read Complete"};
+  const std::vector<std::string> expected = {"Reading File - people.csv",
+                                             "Reading File Starting",
+                                             "Extracting Values",
+                                             "Extracting Values",
+                                             "Extracting Values",
+                                             "Extracting Values",
+                                             "Triming Values",
+                                             "Triming Values",
+                                             "Triming Values",
+                                             "Read Complete"};
   EXPECT_EQ(Messages(), expected);
 
   // Huge ranges on a small array finish at once and leave other cells alone.

@@ -131,8 +131,8 @@ TEST(ViewBinary, ChecksTheFileBeforeShowingIt) {
       {"an existing file is shown", "\\data\\blob.bin", "", kTrue, "", 1},
       {"no name", "", "", kFalse, "File has not been defined.", 0},
       {"missing file", "/data/none.bin", "", kFalse, "File [/data/none.bin] does not exist.", 0},
-      {"the viewer cannot read it", "/data/blob.bin", "can't be read.", kFalse,
-       "File [/data/blob.bin] can't be read.", 1},
+      {"the viewer cannot read it", "/data/blob.bin", "can't be read.", kFalse, "File [/data/blob.bin] can't be read.",
+       1},
   };
   for (const Row& r : rows) {
     SCOPED_TRACE(r.label);

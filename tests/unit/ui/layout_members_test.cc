@@ -27,8 +27,8 @@ struct Display {
 Display MakeDisplay(double dpi, platform::WorkArea area = {0, 0, 1024, 728}) {
   Display d;
   d.windows = std::make_shared<fakes::FakeWindowServices>(dpi);
-  d.windows->metrics = {{platform::kSmCyCaption, 19}, {platform::kSmCyMenu, 20}, {platform::kSmCxDlgFrame, 3},
-                        {platform::kSmCxFrame, 4}};
+  d.windows->metrics = {
+      {platform::kSmCyCaption, 19}, {platform::kSmCyMenu, 20}, {platform::kSmCxDlgFrame, 3}, {platform::kSmCxFrame, 4}};
   d.windows->work_area = area;
   platform::Services services;
   services.windows = d.windows;
@@ -104,18 +104,22 @@ TEST(AdjustFormPosition, KeepsFormsOnTheWorkArea) {
       {"inside: unchanged", {0, 0, 1024, 728}, {1000, 1000, 4000, 3000}, {1000, 1000, 4000, 3000}},
       {"past the right edge: pulled back", {0, 0, 1024, 728}, {14000, 500, 4000, 3000}, {11360, 500, 4000, 3000}},
       {"past the bottom: pulled up", {0, 0, 1024, 728}, {500, 9000, 4000, 3000}, {500, 7920, 4000, 3000}},
-      {"right edge exactly on the screen's: unchanged", {0, 0, 1024, 728}, {11360, 0, 4000, 3000},
+      {"right edge exactly on the screen's: unchanged",
+       {0, 0, 1024, 728},
+       {11360, 0, 4000, 3000},
        {11360, 0, 4000, 3000}},
-      {"above and left of the screen: to its corner", {0, 0, 1024, 728}, {-300, -20, 4000, 3000},
-       {0, 0, 4000, 3000}},
+      {"above and left of the screen: to its corner", {0, 0, 1024, 728}, {-300, -20, 4000, 3000}, {0, 0, 4000, 3000}},
       {"wider than the screen: at its left edge", {0, 0, 1024, 728}, {3000, 0, 20000, 3000}, {0, 0, 20000, 3000}},
       {"taller than the screen: at its top edge", {0, 0, 1024, 728}, {0, 500, 3000, 12000}, {0, 0, 3000, 12000}},
       // The right limit is the work area's width alone, not its left + width.
-      {"task bar on the left: right limit is the width", {60, 0, 964, 768}, {13000, 0, 2000, 3000},
+      {"task bar on the left: right limit is the width",
+       {60, 0, 964, 768},
+       {13000, 0, 2000, 3000},
        {12460, 0, 2000, 3000}},
-      {"task bar on the left: left limit is its edge", {60, 0, 964, 768}, {100, 0, 2000, 3000},
-       {900, 0, 2000, 3000}},
-      {"larger than a screen with a left bar: at the bar", {60, 0, 964, 768}, {0, 0, 20000, 3000},
+      {"task bar on the left: left limit is its edge", {60, 0, 964, 768}, {100, 0, 2000, 3000}, {900, 0, 2000, 3000}},
+      {"larger than a screen with a left bar: at the bar",
+       {60, 0, 964, 768},
+       {0, 0, 20000, 3000},
        {900, 0, 20000, 3000}},
   };
   for (const Row& r : rows) {

@@ -112,8 +112,8 @@ TEST_F(SystemMembers, MessageBoxes) {
   };
   const std::vector<Row> rows = {
       {"error", "Tolva", [](Tolva2011Register& t, const std::string& m) { t.MessageError(m); }, "Tolva Error", 0x10},
-      {"info", "Payroll", [](Tolva2011Register& t, const std::string& m) { t.MessageInfo(m); },
-       "Payroll Information", 0x40},
+      {"info", "Payroll", [](Tolva2011Register& t, const std::string& m) { t.MessageInfo(m); }, "Payroll Information",
+       0x40},
       {"warn", "Payroll", [](Tolva2011Register& t, const std::string& m) { t.MessageWarn(m); }, "Payroll Warning",
        0x30},
       {"empty name keeps the blank", "", [](Tolva2011Register& t, const std::string& m) { t.MessageError(m); },

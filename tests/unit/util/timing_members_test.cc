@@ -36,7 +36,7 @@ TEST_F(TimingMembers, WaitMilliSeconds) {
   struct Row {
     const char* label;
     Long ms;
-    std::uint32_t input_after;         // the platform wait returns early after this long
+    std::uint32_t input_after;  // the platform wait returns early after this long
     std::uint32_t start_tick;
     std::vector<std::uint32_t> waits;  // the timeouts the platform was asked for
     int events;                        // times the host processed its events

@@ -24,9 +24,12 @@ std::uint32_t LocalError(int err) {
   switch (err) {
     case ENOSPC:
     case EDQUOT:
-    case EFBIG: return kErrorDiskFull;
-    case ENOENT: return kErrorFileNotFound;
-    default: return kErrorAccessDenied;
+    case EFBIG:
+      return kErrorDiskFull;
+    case ENOENT:
+      return kErrorFileNotFound;
+    default:
+      return kErrorAccessDenied;
   }
 }
 

@@ -61,7 +61,9 @@ bool ReplyCodeAt(const std::string& line, int& code) {
   }
 }
 
-bool SafeArgument(const std::string& arg) { return arg.find_first_of(std::string("\r\n\0", 3)) == std::string::npos; }
+bool SafeArgument(const std::string& arg) {
+  return arg.find_first_of(std::string("\r\n\0", 3)) == std::string::npos;
+}
 
 FtpConnection::FtpConnection(const Poco::Net::StreamSocket& socket, std::uint32_t connect_ms, std::uint32_t read_ms)
     : Poco::Net::FTPClientSession(socket, false),
@@ -104,8 +106,10 @@ void FtpConnection::Send(const std::string& verb, const std::string& arg) {
   if (dead_) throw FtpFailure(kErrorInternetConnectionAborted);
   if (!SafeArgument(arg)) throw FtpFailure(kErrorInvalidParameter);
   try {
-    if (arg.empty()) _pControlSocket->sendMessage(verb);
-    else _pControlSocket->sendMessage(verb, arg);
+    if (arg.empty())
+      _pControlSocket->sendMessage(verb);
+    else
+      _pControlSocket->sendMessage(verb, arg);
   } catch (...) {
     dead_ = true;
     ThrowNetworkFailure();
@@ -252,8 +256,10 @@ Poco::Net::SocketAddress FtpConnection::PassiveAddress() {
         ++i;
       }
       n[count++] = v;
-      if (i < reply.text.size() && reply.text[i] == ',') ++i;
-      else break;
+      if (i < reply.text.size() && reply.text[i] == ',')
+        ++i;
+      else
+        break;
     }
   }
   const int port = n[4] * 256 + n[5];

@@ -76,7 +76,9 @@ bool ValidDate(int year, int month, int day) {
   return year >= 1601 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
 }
 
-bool IsSelfOrParent(std::string_view name) { return name == "." || name == ".."; }
+bool IsSelfOrParent(std::string_view name) {
+  return name == "." || name == "..";
+}
 
 }  // namespace
 
@@ -209,8 +211,10 @@ bool ListingParser::ParseDosLine(std::string_view line, FindData& entry) const {
   if (!IsDigits(hh) || !IsDigits(mi)) return false;
   t.hour = ToInt(hh) % 12;
   t.minute = ToInt(mi);
-  if (EqualsIgnoreCase(ampm, "PM")) t.hour += 12;
-  else if (!EqualsIgnoreCase(ampm, "AM")) return false;
+  if (EqualsIgnoreCase(ampm, "PM"))
+    t.hour += 12;
+  else if (!EqualsIgnoreCase(ampm, "AM"))
+    return false;
   if (t.minute > 59) return false;
   t.valid = ValidDate(t.year, t.month, t.day);
   FindData e;

@@ -79,7 +79,9 @@ R Run(R fallback, F&& body) noexcept {
   return fallback;
 }
 
-bool IsAscii(std::uint32_t flags) { return (flags & 3u) == kFtpTransferTypeAscii; }
+bool IsAscii(std::uint32_t flags) {
+  return (flags & 3u) == kFtpTransferTypeAscii;
+}
 
 class SessionObject : public HandleObject {};
 
@@ -145,8 +147,8 @@ class TransferGuard {
   [[noreturn]] void FailWith(const FtpFailure& failure) {
     done_ = true;
     const auto reply = Abandon(connection_, data_);
-    const bool network = failure.error() == kErrorInternetConnectionAborted ||
-                         failure.error() == kErrorInternetConnectionReset;
+    const bool network =
+        failure.error() == kErrorInternetConnectionAborted || failure.error() == kErrorInternetConnectionReset;
     if (network && reply && !reply->Completion()) throw FtpFailure(kErrorInternetExtendedError, reply->text);
     throw failure;
   }
@@ -283,8 +285,8 @@ InternetHandle PocoInternetLibrary::Open(const std::string&, std::uint32_t, std:
 }
 
 InternetHandle PocoInternetLibrary::Connect(InternetHandle internet, const std::string& host, std::uint16_t port,
-                                            const std::string& user, const std::string& password,
-                                            std::uint32_t service, std::uint32_t) {
+                                            const std::string& user, const std::string& password, std::uint32_t service,
+                                            std::uint32_t) {
   return Run<InternetHandle>(0, [&] {
     if (!handles_.Find<SessionObject>(internet)) throw FtpFailure(kErrorInvalidHandle);
     if (service != kInternetServiceFtp) throw FtpFailure(kErrorInvalidParameter);
@@ -327,7 +329,9 @@ bool PocoInternetLibrary::CloseHandle(InternetHandle handle) {
   });
 }
 
-std::uint32_t PocoInternetLibrary::LastError() const { return t_error.error; }
+std::uint32_t PocoInternetLibrary::LastError() const {
+  return t_error.error;
+}
 
 std::string PocoInternetLibrary::LastResponseInfo() const {
   return Run<std::string>(std::string(), [&] { return t_error.response; });
@@ -538,8 +542,8 @@ bool PocoInternetLibrary::PutFile(InternetHandle connection, const std::string& 
   });
 }
 
-InternetHandle PocoInternetLibrary::OpenFile(InternetHandle connection, const std::string& name,
-                                             std::uint32_t access, std::uint32_t flags) {
+InternetHandle PocoInternetLibrary::OpenFile(InternetHandle connection, const std::string& name, std::uint32_t access,
+                                             std::uint32_t flags) {
   return Run<InternetHandle>(0, [&] {
     Lease c(handles_, connection);
     if (name.empty() || (access != kGenericRead && access != kGenericWrite)) throw FtpFailure(kErrorInvalidParameter);

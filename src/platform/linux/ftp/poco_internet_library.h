@@ -12,7 +12,6 @@
 
 namespace tolva::platform::posix::ftp {
 
-
 class PocoInternetLibrary final : public InternetLibrary {
  public:
   PocoInternetLibrary() = default;
@@ -21,9 +20,8 @@ class PocoInternetLibrary final : public InternetLibrary {
   ~PocoInternetLibrary() override;
 
   InternetHandle Open(const std::string& agent, std::uint32_t access_type, std::uint32_t flags) override;
-  InternetHandle Connect(InternetHandle internet, const std::string& host, std::uint16_t port,
-                         const std::string& user, const std::string& password, std::uint32_t service,
-                         std::uint32_t flags) override;
+  InternetHandle Connect(InternetHandle internet, const std::string& host, std::uint16_t port, const std::string& user,
+                         const std::string& password, std::uint32_t service, std::uint32_t flags) override;
   bool CloseHandle(InternetHandle handle) override;
   std::uint32_t LastError() const override;
   std::string LastResponseInfo() const override;
