@@ -84,7 +84,6 @@ class Variant {
   };
   using Store = std::variant<std::monostate, std::string, Long, Single, Double, BoolBox, PictureRef>;
   explicit Variant(Store s) noexcept : v_(std::move(s)) {}
-  std::string Text() const;
   Store v_;
 };
 

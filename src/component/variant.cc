@@ -34,15 +34,7 @@ Long ClampToLong(double v) noexcept {
 
 }  // namespace
 
-std::string Variant::AsString() const noexcept {
-  try {
-    return Text();
-  } catch (...) {
-    return std::string();
-  }
-}
-
-std::string Variant::Text() const {
+std::string Variant::AsString() const noexcept try {
   switch (kind()) {
     case Kind::kEmpty:
       return "";
@@ -65,6 +57,9 @@ std::string Variant::Text() const {
     }
   }
   return "";
+} catch (...) {
+  // Only a failed allocation lands here; the host then sees an empty text.
+  return std::string();
 }
 
 Double Variant::AsDouble() const noexcept {
