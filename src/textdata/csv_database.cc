@@ -8,8 +8,8 @@
 
 #include "component/component_state.h"
 #include "textdata/blank_trim.h"
+#include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
-#include "textdata/file_text.h"
 #include "textdata/line_cursor.h"
 #include "textdata/progress_pacer.h"
 #include "textdata/row_splitter.h"
@@ -65,20 +65,11 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
                                                  const std::string& Delimiter, Boolean TrimValues) noexcept {
   return detail::Guarded(kFalse, [&] {
     ErrorMessage.clear();
-    // An empty delimiter would match everywhere without moving on.
-    if (Delimiter.empty()) {
-      ErrorMessage = ErrorMessageNotDefined("Delimiter");
-      return kFalse;
-    }
     textdata::ProgressPacer progress(*s_);
-    progress.Report(("Reading File - " + FileName(FilePath)).c_str(), 0);
-    textdata::FileText text;
-    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
-
-    textdata::LineCursor cursor(text.View());
-    const textdata::DelimiterMatcher delimiter(Delimiter);
-    textdata::RowSplitter splitter(cursor, delimiter);
-    progress.Report("Reading File Starting", 0);
+    textdata::DelimitedInput input;
+    if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Reading File", ErrorMessage)) return kFalse;
+    textdata::LineCursor& cursor = input.cursor();
+    textdata::RowSplitter& splitter = input.splitter();
 
     // The counts describe the ranges asked for, not what the file holds. A
     // range whose first lies after its last holds nothing: 0, not a negative count.

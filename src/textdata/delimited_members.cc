@@ -5,8 +5,8 @@
 
 #include "component/component_state.h"
 #include "textdata/blank_trim.h"
+#include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
-#include "textdata/file_text.h"
 #include "textdata/line_cursor.h"
 #include "textdata/progress_pacer.h"
 #include "textdata/row_splitter.h"
@@ -52,21 +52,12 @@ Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, L
                                                   Long TestRows) noexcept {
   return detail::Guarded(kFalse, [&] {
     ErrorMessage.clear();
-    // An empty delimiter would match everywhere without moving on.
-    if (Delimiter.empty()) {
-      ErrorMessage = ErrorMessageNotDefined("Delimiter");
-      return kFalse;
-    }
     textdata::ProgressPacer progress(*s_);
-    progress.Report(("Testing File - " + FileName(FilePath)).c_str(), 0);
-    textdata::FileText text;
-    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
-
-    textdata::LineCursor cursor(text.View());
-    const textdata::DelimiterMatcher delimiter(Delimiter);
-    textdata::RowSplitter splitter(cursor, delimiter);
+    textdata::DelimitedInput input;
+    if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Testing File", ErrorMessage)) return kFalse;
+    textdata::LineCursor& cursor = input.cursor();
+    textdata::RowSplitter& splitter = input.splitter();
     textdata::CountingSink counter;
-    progress.Report("Testing File Starting", 0);
     std::int64_t rows = 0;
     std::int64_t columns = 0;
     ActualRows = 0;
@@ -101,20 +92,11 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
                                            const std::string& Delimiter, Boolean TrimValues) noexcept {
   return detail::Guarded(kFalse, [&] {
     ErrorMessage.clear();
-    // An empty delimiter would match everywhere without moving on.
-    if (Delimiter.empty()) {
-      ErrorMessage = ErrorMessageNotDefined("Delimiter");
-      return kFalse;
-    }
     textdata::ProgressPacer progress(*s_);
-    progress.Report(("Reading File - " + FileName(FilePath)).c_str(), 0);
-    textdata::FileText text;
-    if (!text.Load(*this, s_->services.files.get(), FilePath, ErrorMessage)) return kFalse;
-
-    textdata::LineCursor cursor(text.View());
-    const textdata::DelimiterMatcher delimiter(Delimiter);
-    textdata::RowSplitter splitter(cursor, delimiter);
-    progress.Report("Reading File Starting", 0);
+    textdata::DelimitedInput input;
+    if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Reading File", ErrorMessage)) return kFalse;
+    textdata::LineCursor& cursor = input.cursor();
+    textdata::RowSplitter& splitter = input.splitter();
     const std::int64_t max_rows = MaxRows;
     std::int64_t rows = 0;
     std::int64_t widest = 0;  // widest row among the stored cells only
