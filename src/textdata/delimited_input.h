@@ -44,6 +44,7 @@ class DelimitedInput {
 
   LineCursor& cursor() { return *cursor_; }
   RowSplitter& splitter() { return *splitter_; }
+  const DelimiterMatcher& delimiter() const { return *delimiter_; }
 
  private:
   FileText text_;

@@ -57,7 +57,8 @@ Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, L
     if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Testing File", ErrorMessage)) return kFalse;
     textdata::LineCursor& cursor = input.cursor();
     textdata::RowSplitter& splitter = input.splitter();
-    textdata::CountingSink counter;
+    const textdata::DelimiterMatcher& delimiter = input.delimiter();
+    textdata::LineScan scan{};
     std::int64_t rows = 0;
     std::int64_t columns = 0;
     ActualRows = 0;
@@ -65,12 +66,12 @@ Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, L
     progress.ClearCancel();
     progress.Report("Testing Values", 0);
     while (!cursor.AtEnd()) {
-      const std::string_view line = cursor.Next();
+      const std::string_view line = cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
       if (line.empty()) continue;
       ++rows;
       // The first TestRows rows are passed over when measuring the width,
       // but a quoted row is still split: its fields may swallow lines.
-      const std::int64_t width = splitter.Split(line, counter);
+      const std::int64_t width = splitter.Count(line, scan);
       if (TestRows <= 0 || rows > TestRows) columns = std::max(columns, width);
       if (progress.Step("Testing Values", rows)) {
         ActualRows = textdata::ToLong(rows);
@@ -103,19 +104,22 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
     ActualRows = 0;
     ActualColumns = 0;
     ArrayRowSink store(InputArray, MaxColumns, widest);
-    textdata::CountingSink counter;
+    const textdata::DelimiterMatcher& delimiter = input.delimiter();
+    textdata::LineScan scan{};
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
     while (!cursor.AtEnd()) {
-      const std::string_view line = cursor.Next();
+      // Rows past MaxRows are counted, and split only to find where they end.
+      const bool storing = rows < max_rows;  // about the next non-empty line
+      const std::string_view line =
+          storing ? cursor.Next() : cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
       if (line.empty()) continue;
       ++rows;
-      // Rows past MaxRows are counted, and split only to find where they end.
-      if (rows <= max_rows) {
+      if (storing) {
         store.StartRow(static_cast<Long>(rows));
         splitter.Split(line, store);
       } else {
-        splitter.Split(line, counter);
+        splitter.Count(line, scan);
       }
       if (progress.Step("Extracting Values", rows)) {
         ActualRows = textdata::ToLong(rows);

@@ -43,7 +43,10 @@ std::size_t DelimiterMatcher::Find(std::string_view line, std::size_t from) cons
 
 std::int64_t DelimiterMatcher::Count(std::string_view line) const noexcept {
   if (lower_.size() == 1) {
-    return static_cast<std::int64_t>(CountEither(line.data(), line.size(), first_lower_, first_upper_));
+    // A line holds no line end, so the scan runs over all of it.
+    LineScan scan;
+    ScanLine(line.data(), line.size(), first_lower_, first_upper_, scan);
+    return static_cast<std::int64_t>(scan.matches);
   }
   std::int64_t count = 0;
   for (std::size_t at = Find(line, 0); at != npos; at = Find(line, at + 1)) ++count;

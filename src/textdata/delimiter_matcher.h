@@ -27,6 +27,12 @@ class DelimiterMatcher {
   // the start of the previous match.
   std::int64_t Count(std::string_view line) const noexcept;
 
+  // A delimiter of one byte is found as either of two bytes (its lower
+  // and upper case), which a scan can count on its own.
+  bool SingleByte() const noexcept { return lower_.size() == 1; }
+  char FirstLower() const noexcept { return first_lower_; }
+  char FirstUpper() const noexcept { return first_upper_; }
+
  private:
   bool RestMatches(const char* at) const noexcept;
 

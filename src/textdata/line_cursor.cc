@@ -19,8 +19,23 @@ std::string_view LineCursor::Next() noexcept {
   // The first line end of either kind. Text with only LF (or only CR) line
   // ends is split at them too, so Unix and old Mac files are read line by
   // line instead of never reaching their end.
+  return Take(FindEither(text_.data() + pos_, n - pos_, kCR, kLF));
+}
+
+std::string_view LineCursor::Next(char a, char b, LineScan& scan) noexcept {
+  scan = LineScan{0, 0, false};
+  if (end_) return {};
+  if (pos_ >= text_.size()) {
+    end_ = true;
+    return {};
+  }
+  ScanLine(text_.data() + pos_, text_.size() - pos_, a, b, scan);
+  return Take(scan.length);
+}
+
+std::string_view LineCursor::Take(std::size_t found) noexcept {
+  const std::size_t n = text_.size();
   const std::size_t rest = n - pos_;
-  const std::size_t found = FindEither(text_.data() + pos_, rest, kCR, kLF);
   if (found == rest) {
     end_ = true;
     return text_.substr(pos_);

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "textdata/byte_scan.h"
+
 namespace tolva::textdata {
 
 class LineCursor {
@@ -27,10 +29,18 @@ class LineCursor {
   // and the line before it is the last.
   std::string_view Next() noexcept;
 
+  // The same line, scanned on the way for the bytes `a` and `b` and for
+  // quotes (see ScanLine), so a caller that only measures rows need not
+  // read it a second time.
+  std::string_view Next(char a, char b, LineScan& scan) noexcept;
+
   bool AtEnd() const noexcept { return end_; }
   const std::string_view& Text() const noexcept { return text_; }
 
  private:
+  // Hands out the line of `length` bytes at pos_ and moves past its end.
+  std::string_view Take(std::size_t length) noexcept;
+
   std::string_view text_;
   std::size_t pos_ = 0;  // index of the next character to read
   bool end_ = false;

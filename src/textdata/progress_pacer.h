@@ -29,7 +29,8 @@ class ProgressPacer {
   // Raises the event with `message` and `records`. The handler receives
   // both by reference and may change them; the next event starts afresh.
   void Report(const char* message, std::int64_t records) {
-    message_.assign(message);
+    if (!state_.events) return;                         // nobody listens: skip even the copy of the text
+    if (message_ != message) message_.assign(message);  // the same text row after row: no copy
     Long count = ToLong(records);
     state_.Raise(&Tolva2011RegisterEvents::ReadWriteProgress, message_, count);
   }

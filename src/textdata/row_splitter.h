@@ -50,6 +50,18 @@ class RowSplitter {
     return HasQuote(line) ? SplitQuoted(line, sink) : SplitPlain(line, sink);
   }
 
+  // The number of fields of the row that starts with `line`, taken from
+  // the cursor by Next(delimiter.FirstLower(), delimiter.FirstUpper(),
+  // scan): a plain row is measured from the scan alone.
+  std::int64_t Count(std::string_view line, const LineScan& scan) {
+    if (scan.quote) {
+      CountingSink counter;
+      return SplitQuoted(line, counter);
+    }
+    if (delimiter_.SingleByte()) return static_cast<std::int64_t>(scan.matches) + 1;
+    return delimiter_.Count(line) + 1;
+  }
+
  private:
   static constexpr char kQuote = '"';
 
@@ -125,7 +137,10 @@ class RowSplitter {
     std::size_t piece = at + 1;  // first character not yet in the value
     std::size_t i = piece;
     for (;;) {
-      const void* q = i < line.size() ? std::memchr(line.data() + i, kQuote, line.size() - i) : nullptr;
+      // A quote right here (a run of doubled quotes) is taken without a search.
+      const void* q = i >= line.size()    ? nullptr
+                      : line[i] == kQuote ? line.data() + i
+                                          : std::memchr(line.data() + i, kQuote, line.size() - i);
       if (!q) {
         // The field goes on past the end of the line.
         if constexpr (Sink::kWantsValues) {

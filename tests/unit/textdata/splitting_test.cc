@@ -1,8 +1,11 @@
 // The line cursor and the row splitter, on texts in memory.
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <vector>
+
+#include "textdata/byte_scan.h"
 
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
@@ -41,7 +44,44 @@ TEST(LineCursorTest, SplitsLinesAsHostsExpect) {
       {"leading empty line", "\r\nab", {"", "ab"}},
       {"NUL bytes are ordinary characters", std::string("a\0b\r\ncd", 7), {std::string("a\0b", 3), "cd"}},
   };
-  for (const Row& row : rows) EXPECT_EQ(AllLines(row.text), row.lines) << row.label;
+  for (const Row& row : rows) {
+    EXPECT_EQ(AllLines(row.text), row.lines) << row.label;
+    // The scanning cursor of the size test must cut the same lines.
+    LineCursor cursor(row.text);
+    std::vector<std::string> scanned;
+    LineScan scan{};
+    for (int guard = 0; !cursor.AtEnd() && guard < 1000; ++guard) scanned.emplace_back(cursor.Next(',', ',', scan));
+    EXPECT_EQ(scanned, row.lines) << row.label << " (scanned)";
+  }
+}
+
+// Both scanners against a byte-by-byte count, on random lines of every
+// length around the vector widths and long enough to fill the baseline's
+// byte-wide counters many times over.
+TEST(ScanLineTest, AgreesWithAPlainCount) {
+  std::mt19937 rng(7);
+  const char alphabet[] = {'a', 'A', ',', '"', 'x', '\r', '\n', ';'};
+  for (std::size_t length : {0, 1, 15, 16, 17, 31, 32, 33, 100, 4079, 4080, 4081, 20000}) {
+    for (int trial = 0; trial < 20; ++trial) {
+      std::string text(length, 'x');
+      // Mostly line content; a line end only now and then.
+      for (char& c : text) c = alphabet[rng() % (rng() % 50 == 0 ? 8 : 5)];
+      std::size_t end = 0, matches = 0;
+      bool quote = false;
+      for (; end < text.size() && text[end] != '\r' && text[end] != '\n'; ++end) {
+        matches += (text[end] == 'a' || text[end] == 'A') ? 1 : 0;
+        quote = quote || text[end] == '"';
+      }
+      LineScan fast{}, baseline{};
+      ScanLine(text.data(), text.size(), 'a', 'A', fast);
+      ScanLineBaseline(text.data(), text.size(), 'a', 'A', baseline);
+      for (const LineScan& scan : {fast, baseline}) {
+        EXPECT_EQ(scan.length, end) << length;
+        EXPECT_EQ(scan.matches, matches) << length;
+        EXPECT_EQ(scan.quote, quote) << length;
+      }
+    }
+  }
 }
 
 TEST(LineCursorTest, StaysAtTheEndOnceThere) {
@@ -72,8 +112,10 @@ std::vector<std::vector<std::string>> SplitAll(const std::string& text, const st
     DelimiterMatcher matcher(delimiter);
     RowSplitter splitter(cursor, matcher);
     std::size_t row = 0;
+    LineScan scan{};
     while (!cursor.AtEnd()) {
-      const std::string_view line = cursor.Next();
+      const std::string_view line =
+          pass == 0 ? cursor.Next() : cursor.Next(matcher.FirstLower(), matcher.FirstUpper(), scan);
       if (line.empty()) continue;
       if (pass == 0) {
         CollectingSink sink;
@@ -81,9 +123,8 @@ std::vector<std::vector<std::string>> SplitAll(const std::string& text, const st
         if (n != static_cast<std::int64_t>(sink.fields.size())) counts_agree = false;
         rows.push_back(sink.fields);
       } else {
-        CountingSink counter;
-        // Counting alone must find the same rows and widths as storing.
-        if (row >= rows.size() || splitter.Split(line, counter) != static_cast<std::int64_t>(rows[row].size()))
+        // Measuring from the scan must find the same rows and widths as storing.
+        if (row >= rows.size() || splitter.Count(line, scan) != static_cast<std::int64_t>(rows[row].size()))
           counts_agree = false;
       }
       ++row;
