@@ -33,12 +33,12 @@ class DelimitedInput {
       error = component.ErrorMessageNotDefined("Delimiter");
       return false;
     }
-    progress.Report((opening + " - " + component.FileName(path)).c_str(), 0);
+    progress.Report(opening + " - " + component.FileName(path), 0);
     if (!text_.Load(component, state.services.files.get(), path, error)) return false;
     cursor_.emplace(text_.View());
     delimiter_.emplace(delimiter);
     splitter_.emplace(*cursor_, *delimiter_);
-    progress.Report((opening + " Starting").c_str(), 0);
+    progress.Report(opening + " Starting", 0);
     return true;
   }
 
