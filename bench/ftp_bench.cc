@@ -209,6 +209,12 @@ void Measure(benchmark::State& state, const std::string& name, std::uint64_t byt
       ResetPeak();
       idle = StatusKb("VmRSS:");
     }
+    // Every run starts with no dirty pages waiting: otherwise a run pays
+    // for writing back the gigabyte the run before it left, and the order
+    // of the benchmarks decides the ratios.
+    state.PauseTiming();
+    ::sync();
+    state.ResumeTiming();
     const auto start = std::chrono::steady_clock::now();
     if (!body()) {
       state.SkipWithError("the run failed");
