@@ -1,7 +1,7 @@
 // The FTP members beside their references, measured in the same run on the
 // same local server (pyftpdlib on 127.0.0.1, files written just before, so
 // they sit in the page cache):
-//   listing 10,000 files into arrays    vs curl --list-only, lftp cls -1
+//   listing 10,000 files into arrays    vs curl --list-only (NLST), curl LIST, lftp cls -1
 //   FTPSessionDirectoryCurrent          vs a raw PWD exchange on one control connection
 //   FTPSessionGet / FTPSessionPut 1 GiB vs curl
 //   buffered get / put, default blocks  vs curl
@@ -254,6 +254,13 @@ void BM_CurlListOnly10k(benchmark::State& state) {
   Measure(state, "list: curl --list-only", 0, false,
           [&] { return Shell("curl -s --list-only '" + TheServer().url("many/") + "'"); });
 }
+// The same listing with sizes and dates, as the member needs them: LIST
+// makes the server stat every file, which --list-only's NLST never does.
+void BM_CurlLongList10k(benchmark::State& state) {
+  if (!Ready(state)) return;
+  Measure(state, "list: curl (LIST, sizes and dates)", 0, false,
+          [&] { return Shell("curl -s '" + TheServer().url("many/") + "'"); });
+}
 void BM_LftpCls10k(benchmark::State& state) {
   if (!Ready(state)) return;
   Measure(state, "list: lftp cls -1", 0, false, [&] {
@@ -410,6 +417,7 @@ constexpr int kBigReps = 3;
 
 BENCHMARK(BM_FindFilesFull10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
 BENCHMARK(BM_CurlListOnly10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
+BENCHMARK(BM_CurlLongList10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
 BENCHMARK(BM_LftpCls10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
 BENCHMARK(BM_DirectoryCurrent)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
 BENCHMARK(BM_RawPwd)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
@@ -442,6 +450,8 @@ void PrintSummary() {
   for (const auto& [name, sample] : Samples()) line(name);
   std::printf("\nRatios\n");
   ratio("listing time / curl --list-only", "list: FTPSessionFileFindFilesFull", "list: curl --list-only", "<= 1.5");
+  ratio("listing time / curl LIST (same facts)", "list: FTPSessionFileFindFilesFull",
+        "list: curl (LIST, sizes and dates)", "report");
   ratio("listing time / lftp cls -1", "list: FTPSessionFileFindFilesFull", "list: lftp cls -1", "<= 1.5");
   ratio("PWD round trip / raw PWD", "pwd x2000: FTPSessionDirectoryCurrent", "pwd x2000: raw PWD exchange", "<= 1.2");
   ratio("get rate / curl (= curl time / get time)", "get 1 GiB: curl", "get 1 GiB: FTPSessionGet", ">= 1.0");
