@@ -1,6 +1,6 @@
 // The FTP members beside their references, measured in the same run on the
-// same local server (pyftpdlib on 127.0.0.1, files written just before, so
-// they sit in the page cache):
+// same local server (pyftpdlib, or the one TOLVA_BENCH_FTPD names, on
+// 127.0.0.1; files written just before, so they sit in the page cache):
 //   listing 10,000 files into arrays    vs curl --list-only (NLST), curl LIST, lftp cls -1
 //   FTPSessionDirectoryCurrent          vs a raw PWD exchange on one control connection
 //   FTPSessionGet / FTPSessionPut 1 GiB vs curl
@@ -11,12 +11,8 @@
 // and the peak memory of each transfer above the idle process.
 #include <arpa/inet.h>
 #include <benchmark/benchmark.h>
-#include <fcntl.h>
 #include <netinet/in.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,9 +28,9 @@
 #include <string>
 #include <vector>
 
+#include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 
-extern char** environ;
 
 namespace {
 
@@ -42,8 +38,6 @@ namespace fs = std::filesystem;
 using tolva::kTrue;
 using tolva::Long;
 
-constexpr const char* kUser = "bench";
-constexpr const char* kPassword = "bench-password";
 constexpr std::uint64_t kBigBytes = 1ull << 30;
 constexpr int kManyFiles = 10000;
 constexpr int kMaskFiles = 1000;
@@ -82,12 +76,26 @@ void ResetPeak() {
 
 // ---- The server -----------------------------------------------------------
 
+// The server is pyftpdlib unless TOLVA_BENCH_FTPD names another kind the
+// test fixtures can start ("proftpd", "pure-ftpd", "vsftpd").
 class Server {
  public:
   Server() {
-    char tmpl[] = "/tmp/tolva-ftp-bench-XXXXXX";
-    base_ = mkdtemp(tmpl);
-    root_ = base_ / "root";
+    const char* wanted = std::getenv("TOLVA_BENCH_FTPD");
+    std::string why;
+    for (tolva::testing::FtpServerKind kind : {tolva::testing::FtpServerKind::kPyftpdlib,
+                                               tolva::testing::FtpServerKind::kProftpd,
+                                               tolva::testing::FtpServerKind::kPureFtpd,
+                                               tolva::testing::FtpServerKind::kVsftpd}) {
+      if (tolva::testing::FtpServerName(kind) == (wanted && *wanted ? wanted : "pyftpdlib"))
+        server_ = tolva::testing::FtpServer::Start(kind, &why);
+    }
+    if (!server_) {
+      std::fprintf(stderr, "no FTP server: %s\n", why.empty() ? "unknown TOLVA_BENCH_FTPD" : why.c_str());
+      return;
+    }
+    base_ = tolva::testing::MakeTempDir("tolva-ftp-bench");
+    root_ = server_->Root();
     local_ = base_ / "local";
     fs::create_directories(root_ / "many");
     fs::create_directories(root_ / "masks");
@@ -110,66 +118,27 @@ class Server {
       std::snprintf(name, sizeof name, "m%04d.dat", i);
       std::ofstream(root_ / "masks" / name, std::ios::binary).write(block.data() + i * 97, kMaskFileBytes);
     }
-    port_ = FreePort();
-    const std::string port = std::to_string(port_);
-    const std::string dir = root_.string();
-    std::vector<std::string> args = {
-        "/usr/bin/python3", "-m", "pyftpdlib", "-i", "127.0.0.1", "-p", port, "-d", dir, "-w", "-u", kUser, "-P",
-        kPassword};
-    std::vector<char*> argv;
-    for (auto& a : args) argv.push_back(a.data());
-    argv.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-    if (posix_spawn(&pid_, argv[0], &actions, nullptr, argv.data(), environ) != 0) pid_ = 0;
-    posix_spawn_file_actions_destroy(&actions);
-    // Wait, bounded, until it answers.
-    for (int i = 0; i < 100 && pid_ && !Answers(); ++i) usleep(100000);
   }
   ~Server() {
-    if (pid_ > 0) {
-      kill(pid_, SIGTERM);
-      waitpid(pid_, nullptr, 0);
-    }
+    server_.reset();
     std::error_code ignored;
-    fs::remove_all(base_, ignored);
+    if (!base_.empty()) fs::remove_all(base_, ignored);
   }
-  bool ok() const { return pid_ > 0; }
-  std::string host() const { return "127.0.0.1:" + std::to_string(port_); }
+  bool ok() const { return server_ != nullptr; }
+  std::string name() const { return server_ ? server_->Name() : "none"; }
+  std::string user() const { return server_->User(); }
+  std::string password() const { return server_->Password(); }
+  std::string host() const { return server_->HostPort(); }
   std::string url(const std::string& path) const {
-    return std::string("ftp://") + kUser + ":" + kPassword + "@127.0.0.1:" + std::to_string(port_) + "/" + path;
+    return "ftp://" + user() + ":" + password() + "@" + server_->HostPort() + "/" + path;
   }
-  int port() const { return port_; }
+  int port() const { return server_->Port(); }
   const fs::path& root() const { return root_; }
   const fs::path& local() const { return local_; }
 
  private:
-  static int FreePort() {
-    int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    socklen_t n = sizeof a;
-    getsockname(s, reinterpret_cast<sockaddr*>(&a), &n);
-    close(s);
-    return ntohs(a.sin_port);
-  }
-  bool Answers() const {
-    int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(static_cast<std::uint16_t>(port_));
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool ok = connect(s, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
-    close(s);
-    return ok;
-  }
+  std::unique_ptr<tolva::testing::FtpServer> server_;
   fs::path base_, root_, local_;
-  int port_ = 0;
-  pid_t pid_ = 0;
 };
 
 Server& TheServer() {
@@ -182,7 +151,7 @@ struct Session {
   tolva::Tolva2011Register c{tolva::platform::LinuxServices()};
   bool Open(benchmark::State& state) {
     std::string msg;
-    if (c.FTPSessionOpen(TheServer().host(), kUser, kPassword, msg) != kTrue) {
+    if (c.FTPSessionOpen(TheServer().host(), TheServer().user(), TheServer().password(), msg) != kTrue) {
       state.SkipWithError(("FTPSessionOpen: " + msg).c_str());
       return false;
     }
@@ -238,7 +207,7 @@ void BM_FindFilesFull10k(benchmark::State& state) {
   Measure(state, "list: FTPSessionFileFindFilesFull", 0, false, [&] {
     Session s;
     std::string msg;
-    if (s.c.FTPSessionOpen(TheServer().host(), kUser, kPassword, msg) != kTrue) return false;
+    if (s.c.FTPSessionOpen(TheServer().host(), TheServer().user(), TheServer().password(), msg) != kTrue) return false;
     s.c.FTPSessionDirectoryCurrentSet("many");
     auto files = tolva::HostArray<std::string>::OneDim(1, kManyFiles);
     auto sizes = tolva::HostArray<Long>::OneDim(1, kManyFiles);
@@ -264,7 +233,7 @@ void BM_CurlLongList10k(benchmark::State& state) {
 void BM_LftpCls10k(benchmark::State& state) {
   if (!Ready(state)) return;
   Measure(state, "list: lftp cls -1", 0, false, [&] {
-    return Shell(std::string("lftp -c 'set cmd:fail-exit yes; open -u ") + kUser + "," + kPassword + " -p " +
+    return Shell("lftp -c 'set cmd:fail-exit yes; open -u " + TheServer().user() + "," + TheServer().password() + " -p " +
                  std::to_string(TheServer().port()) + " 127.0.0.1; cls -1 many/'");
   });
 }
@@ -295,7 +264,7 @@ class RawControl {
     a.sin_port = htons(static_cast<std::uint16_t>(port));
     a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     ok_ = connect(fd_, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0 && Reply() == 220 &&
-          Command(std::string("USER ") + kUser) == 331 && Command(std::string("PASS ") + kPassword) == 230;
+          Command("USER " + TheServer().user()) == 331 && Command("PASS " + TheServer().password()) == 230;
   }
   ~RawControl() { close(fd_); }
   bool ok() const { return ok_; }
@@ -345,7 +314,7 @@ void Transfer(benchmark::State& state, const std::string& name, F&& move) {
   Measure(state, name, kBigBytes, true, [&] {
     Session s;
     std::string msg;
-    if (s.c.FTPSessionOpen(TheServer().host(), kUser, kPassword, msg) != kTrue) return false;
+    if (s.c.FTPSessionOpen(TheServer().host(), TheServer().user(), TheServer().password(), msg) != kTrue) return false;
     const bool ok = move(s.c, msg);
     s.c.FTPSessionClose();
     return ok;
@@ -394,7 +363,7 @@ void BM_GetMask1000(benchmark::State& state) {
   Measure(state, "mask 1000 x 10 KB: FTPSessionGetMask", 1000ull * kMaskFileBytes, true, [&] {
     Session s;
     std::string msg;
-    if (s.c.FTPSessionOpen(TheServer().host(), kUser, kPassword, msg) != kTrue) return false;
+    if (s.c.FTPSessionOpen(TheServer().host(), TheServer().user(), TheServer().password(), msg) != kTrue) return false;
     s.c.FTPSessionDirectoryCurrentSet("masks");
     const bool ok = s.c.FTPSessionGetMask("*.dat", local, msg) == kTrue;
     s.c.FTPSessionClose();
@@ -406,8 +375,8 @@ void BM_LftpMget1000(benchmark::State& state) {
   const std::string local = (TheServer().local() / "masks-lftp").string();
   fs::create_directories(local);
   Measure(state, "mask 1000 x 10 KB: lftp mget", 1000ull * kMaskFileBytes, false, [&] {
-    return Shell(std::string("lftp -c 'set cmd:fail-exit yes; set xfer:clobber yes; open -u ") + kUser + "," +
-                 kPassword + " -p " + std::to_string(TheServer().port()) + " 127.0.0.1; mget -O " + local +
+    return Shell("lftp -c 'set cmd:fail-exit yes; set xfer:clobber yes; open -u " + TheServer().user() + "," +
+                 TheServer().password() + " -p " + std::to_string(TheServer().port()) + " 127.0.0.1; mget -O " + local +
                  " masks/*.dat'");
   });
 }
@@ -446,7 +415,7 @@ void PrintSummary() {
     const double x = med(a), y = med(b);
     if (x > 0 && y > 0) std::printf("  %-62s %6.2f   (target %s)\n", what, x / y, target);
   };
-  std::printf("\nFTP members vs references (server: pyftpdlib on 127.0.0.1; medians)\n");
+  std::printf("\nFTP members vs references (server: %s on 127.0.0.1; medians)\n", TheServer().name().c_str());
   for (const auto& [name, sample] : Samples()) line(name);
   std::printf("\nRatios\n");
   ratio("listing time / curl --list-only", "list: FTPSessionFileFindFilesFull", "list: curl --list-only", "<= 1.5");
