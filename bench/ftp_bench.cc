@@ -382,7 +382,7 @@ void BM_LftpMget1000(benchmark::State& state) {
 }
 
 constexpr int kReps = 5;
-constexpr int kBigReps = 3;
+constexpr int kBigReps = 5;
 
 BENCHMARK(BM_FindFilesFull10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
 BENCHMARK(BM_CurlListOnly10k)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(kReps);
