@@ -89,6 +89,42 @@ TEST_F(SqliteStoreTest, SubKeysEnumerateInCaseInsensitiveOrderAndStayStable) {
   EXPECT_EQ(store->EnumKey(key, 0, name), platform::kSettingsInvalidHandle);
 }
 
+TEST_F(SqliteStoreTest, ValuesEnumerateInCaseInsensitiveOrderWithTypeAndData) {
+  SettingsKey key = 0;
+  ASSERT_EQ(store->CreateKey(platform::kHkeyCurrentUser, "V\\Key", key), 0);
+  const std::string number("\x2a\x00\x00\x00", 4);
+  ASSERT_EQ(store->SetValue(key, "beta", platform::kRegSz, "b"), 0);
+  ASSERT_EQ(store->SetValue(key, "Alpha", platform::kRegDword, number), 0);
+  ASSERT_EQ(store->SetValue(key, "", platform::kRegExpandSz, "%HOME%"), 0);
+  ASSERT_EQ(store->SetValue(key, "GAMMA", platform::kRegSz, std::string("nul\0inside", 10)), 0);
+  store->CloseKey(key);
+  struct Expected {
+    std::string name;
+    std::uint32_t type;
+    std::string data;
+  };
+  const std::vector<Expected> expected = {{"", platform::kRegExpandSz, "%HOME%"},
+                                          {"Alpha", platform::kRegDword, number},
+                                          {"beta", platform::kRegSz, "b"},
+                                          {"GAMMA", platform::kRegSz, std::string("nul\0inside", 10)}};
+  ASSERT_EQ(store->OpenKey(platform::kHkeyCurrentUser, "v\\key", platform::kKeyQueryValue, key), 0);
+  std::string name, data;
+  std::uint32_t type = 0;
+  for (std::uint32_t i = 0; i < expected.size(); ++i) {
+    ASSERT_EQ(store->EnumValue(key, i, name, type, data), 0) << i;
+    EXPECT_EQ(name, expected[i].name) << i;
+    EXPECT_EQ(type, expected[i].type) << i;
+    EXPECT_EQ(data, expected[i].data) << i;
+  }
+  EXPECT_EQ(store->EnumValue(key, 4, name, type, data), platform::kSettingsNoMoreItems);
+  store->CloseKey(key);
+  EXPECT_EQ(store->EnumValue(key, 0, name, type, data), platform::kSettingsInvalidHandle);
+  // Enumerating values needs the right to query them.
+  ASSERT_EQ(store->OpenKey(platform::kHkeyCurrentUser, "V\\Key", platform::kKeyEnumerateSubKeys, key), 0);
+  EXPECT_EQ(store->EnumValue(key, 0, name, type, data), platform::kSettingsAccessDenied);
+  store->CloseKey(key);
+}
+
 TEST_F(SqliteStoreTest, DeletingAKeyTakesItsSubTreeAndNothingBeside) {
   for (const char* p : {"App", "App\\S", "App\\S\\T", "App2", "App]", "App[", "app\\x", "Apq"})
     store->SetString(p, "k", p);
