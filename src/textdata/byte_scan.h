@@ -5,6 +5,8 @@
 #define TOLVA_SRC_TEXTDATA_BYTE_SCAN_H_
 
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -45,6 +47,66 @@ void ScanLine(const char* p, std::size_t n, char a, char b, LineScan& scan) noex
 // The same with sixteen-byte vectors only, for processors without wider
 // ones (and for tests, so it is covered on every machine).
 void ScanLineBaseline(const char* p, std::size_t n, char a, char b, LineScan& scan) noexcept;
+
+// Positions of two kinds of byte in a line, as bit masks of 64 bytes at a
+// time: `a` or `b` (a one-byte delimiter in either case) and the double
+// quote. Counting the fields of a quoted row walks from one position to the
+// next with these instead of searching again for every field. Bytes past
+// the line but inside the text may be read and show up as positions at or
+// past its end; nothing past the end of the text is read.
+class LineMasks {
+ public:
+  LineMasks(std::string_view line, const char* text_end, char a, char b) noexcept
+      : line_(line), text_end_(text_end), a_(a), b_(b) {}
+
+  // The first position at or after `from` of a delimiter byte, or of a
+  // quote; some position at or past the line's end when there is none.
+  std::size_t NextDelimiter(std::size_t from) noexcept { return Next(from, false); }
+  std::size_t NextQuote(std::size_t from) noexcept { return Next(from, true); }
+
+ private:
+  std::size_t Next(std::size_t from, bool quote) noexcept {
+    while (from < line_.size()) {
+      const std::size_t window = from & ~std::size_t{63};
+      if (window != window_) Load(window);
+      const std::uint64_t bits = (quote ? quotes_ : delimiters_) >> (from - window);
+      if (bits != 0) return from + static_cast<std::size_t>(__builtin_ctzll(bits));
+      from = window + 64;
+    }
+    return line_.size();
+  }
+
+  void Load(std::size_t window) noexcept {
+    window_ = window;
+    const char* p = line_.data() + window;
+    delimiters_ = quotes_ = 0;
+#if defined(__SSE2__)
+    if (text_end_ - p >= 64) {
+      const __m128i va = _mm_set1_epi8(a_), vb = _mm_set1_epi8(b_), vq = _mm_set1_epi8('"');
+      for (int k = 0; k < 4; ++k) {
+        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
+        const auto d = static_cast<std::uint64_t>(static_cast<unsigned>(
+            _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(chunk, va), _mm_cmpeq_epi8(chunk, vb)))));
+        const auto q = static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, vq))));
+        delimiters_ |= d << (16 * k);
+        quotes_ |= q << (16 * k);
+      }
+      return;
+    }
+#endif
+    const std::ptrdiff_t n = text_end_ - p < 64 ? text_end_ - p : 64;
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      delimiters_ |= static_cast<std::uint64_t>(p[i] == a_ || p[i] == b_) << i;
+      quotes_ |= static_cast<std::uint64_t>(p[i] == '"') << i;
+    }
+  }
+
+  std::string_view line_;
+  const char* text_end_;
+  char a_, b_;
+  std::size_t window_ = ~std::size_t{0};
+  std::uint64_t delimiters_ = 0, quotes_ = 0;
+};
 
 }  // namespace tolva::textdata
 
