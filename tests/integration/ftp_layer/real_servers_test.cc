@@ -226,6 +226,42 @@ TEST_P(RealServerTest, OpenFileReadsFullBlocksAndWritesThrough) {
   ASSERT_TRUE(lib.CloseHandle(r));
 }
 
+// The buffered members read and write ASCII through an open file: the
+// local side gets CR LF whatever the server sends, also when a block ends
+// between the CR and the LF it adds.
+TEST_P(RealServerTest, AsciiOpenFileReadsCrLfInBlocksOfAnySize) {
+  auto& lib = *s_.lib;
+  ASSERT_TRUE(WriteWholeFile(server_->Root() + "/unix.txt", "one\ntwo\n\nfour\nlast"));
+  const std::string expected = "one\r\ntwo\r\n\r\nfour\r\nlast";
+  for (std::uint32_t block_size : {1u, 2u, 3u, 4u, 7u, 4096u}) {
+    SCOPED_TRACE(block_size);
+    InternetHandle r = lib.OpenFile(s_.connection, "unix.txt", platform::kGenericRead, platform::kFtpTransferTypeAscii);
+    ASSERT_NE(0u, r) << lib.LastResponseInfo();
+    std::string back;
+    std::vector<char> block(block_size);
+    std::uint32_t got = 0;
+    do {
+      ASSERT_TRUE(lib.ReadFile(r, block.data(), block_size, got));
+      if (back.size() + got < expected.size()) {
+        EXPECT_EQ(block_size, got);
+      }
+      back.append(block.data(), got);
+    } while (got != 0 && back.size() <= expected.size());
+    EXPECT_EQ(expected, back);
+    ASSERT_TRUE(lib.CloseHandle(r)) << lib.LastResponseInfo();
+  }
+  // Written in ASCII and read back in ASCII: the lines survive, each ending in CR LF here.
+  InternetHandle w = lib.OpenFile(s_.connection, "up.txt", platform::kGenericWrite, platform::kFtpTransferTypeAscii);
+  ASSERT_NE(0u, w) << lib.LastResponseInfo();
+  std::uint32_t written = 0;
+  ASSERT_TRUE(lib.WriteFile(w, "a\r", 2, written));
+  ASSERT_TRUE(lib.WriteFile(w, "\nb\r\n", 4, written));
+  ASSERT_TRUE(lib.CloseHandle(w)) << lib.LastResponseInfo();
+  const std::string down = local_ + "/up.txt";
+  ASSERT_TRUE(lib.GetFile(s_.connection, "up.txt", down, false, 0, platform::kFtpTransferTypeAscii));
+  EXPECT_EQ("a\r\nb\r\n", ReadWholeFile(down));
+}
+
 TEST_P(RealServerTest, ClosingADownloadMidwayLeavesTheSessionInStep) {
   ASSERT_TRUE(WriteWholeFile(server_->Root() + "/big.bin", PatternBytes(32 << 20)));
   auto& lib = *s_.lib;
