@@ -2,6 +2,9 @@
 // every real server the machine can run (127.0.0.1, a temporary root each,
 // stopped by process id). Skipped, with a notice, without an FTP library.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include <algorithm>
 #include <filesystem>
@@ -224,6 +227,73 @@ TEST_P(FtpMembers, BufferedTransfersReportProgressAndStop) {
   ASSERT_EQ(c->FTPSessionGetBuffer("big.bin", 10, head, got, msg), kTrue) << msg;
   EXPECT_EQ(head, data.substr(0, 10));
   EXPECT_EQ(got, 10);
+}
+
+// A file larger than a Long can count moves whole; the host's counters stop
+// at the largest Long instead of wrapping into negative sizes. One server
+// is enough: the sizes live in this component, not in the server.
+TEST_P(FtpMembers, AFileOfMoreThanTwoGiBMovesWholeWithClampedCounters) {
+  if (GetParam() != testing::FtpServerKind::kPyftpdlib) GTEST_SKIP() << "measured against pyftpdlib only";
+  const std::uint64_t size = (std::uint64_t{9} << 28) + 12345;  // 2.25 GiB and a bit
+  {
+    // Sparse on the server's side: no disk is spent on it there.
+    Write(root / "huge.bin", "");
+    fs::resize_file(root / "huge.bin", size);
+  }
+  Open();
+  Long last_done = 0;
+  bool sane = true;
+  host.on_progress = [&](Long done, Long total) {
+    sane = sane && done >= last_done && total == 2147483647;
+    last_done = done;
+  };
+  std::string msg;
+  EXPECT_EQ(c->FTPSessionGetBuffered("huge.bin", Local("huge.bin"), kFalse, msg, 8 << 20), kTrue) << msg;
+  host.on_progress = nullptr;
+  EXPECT_TRUE(sane) << "progress went backwards, or the total was not the largest Long";
+  EXPECT_EQ(last_done, 2147483647);
+  std::error_code ec;
+  EXPECT_EQ(fs::file_size(Local("huge.bin"), ec), size);
+  fs::remove(Local("huge.bin"), ec);
+  EXPECT_EQ(c->FTPSessionTest(msg), kTrue) << msg;
+}
+
+// A local disk that fills up mid-download: a file-size limit stands in for
+// it (writes past it fail as on a full disk). The get fails with a clear
+// text, the file that was there before is untouched, no partial file is
+// left behind, and the session goes on.
+TEST_P(FtpMembers, ADiskThatFillsUpFailsTheGetAndKeepsTheOldFile) {
+  if (GetParam() != testing::FtpServerKind::kPyftpdlib) GTEST_SKIP() << "local behaviour: one server is enough";
+  Write(root / "big.bin", std::string(1 << 20, 'b'));
+  Write(local / "big.bin", "the old contents");
+  Open();
+  std::string msg;
+  Boolean got = kTrue;
+  {
+    struct Limit {
+      rlimit saved{};
+      void (*handler)(int) = ::signal(SIGXFSZ, SIG_IGN);
+      Limit() {
+        ::getrlimit(RLIMIT_FSIZE, &saved);
+        rlimit small = saved;
+        small.rlim_cur = 64 * 1024;
+        ::setrlimit(RLIMIT_FSIZE, &small);
+      }
+      ~Limit() {
+        ::setrlimit(RLIMIT_FSIZE, &saved);
+        ::signal(SIGXFSZ, handler);
+      }
+    } limit;
+    got = c->FTPSessionGet("big.bin", Local("big.bin"), kFalse, msg);
+  }
+  EXPECT_EQ(got, kFalse);
+  EXPECT_EQ(msg.rfind("Can't Get File [big.bin] - Get Error", 0), 0u) << msg;
+  EXPECT_EQ(Read(local / "big.bin"), "the old contents");
+  std::vector<std::string> left;
+  for (const auto& entry : fs::directory_iterator(local)) left.push_back(entry.path().filename().string());
+  EXPECT_EQ(left, std::vector<std::string>{"big.bin"});
+  EXPECT_EQ(c->FTPSessionTest(msg), kTrue) << msg;
+  EXPECT_EQ(c->FTPSessionGet("big.bin", Local("again.bin"), kFalse, msg), kTrue) << msg;
 }
 
 TEST_P(FtpMembers, OneCallTransfersAndTests) {
