@@ -31,7 +31,6 @@
 #include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -83,10 +82,9 @@ class Server {
   Server() {
     const char* wanted = std::getenv("TOLVA_BENCH_FTPD");
     std::string why;
-    for (tolva::testing::FtpServerKind kind : {tolva::testing::FtpServerKind::kPyftpdlib,
-                                               tolva::testing::FtpServerKind::kProftpd,
-                                               tolva::testing::FtpServerKind::kPureFtpd,
-                                               tolva::testing::FtpServerKind::kVsftpd}) {
+    for (tolva::testing::FtpServerKind kind :
+         {tolva::testing::FtpServerKind::kPyftpdlib, tolva::testing::FtpServerKind::kProftpd,
+          tolva::testing::FtpServerKind::kPureFtpd, tolva::testing::FtpServerKind::kVsftpd}) {
       if (tolva::testing::FtpServerName(kind) == (wanted && *wanted ? wanted : "pyftpdlib"))
         server_ = tolva::testing::FtpServer::Start(kind, &why);
     }
@@ -233,8 +231,8 @@ void BM_CurlLongList10k(benchmark::State& state) {
 void BM_LftpCls10k(benchmark::State& state) {
   if (!Ready(state)) return;
   Measure(state, "list: lftp cls -1", 0, false, [&] {
-    return Shell("lftp -c 'set cmd:fail-exit yes; open -u " + TheServer().user() + "," + TheServer().password() + " -p " +
-                 std::to_string(TheServer().port()) + " 127.0.0.1; cls -1 many/'");
+    return Shell("lftp -c 'set cmd:fail-exit yes; open -u " + TheServer().user() + "," + TheServer().password() +
+                 " -p " + std::to_string(TheServer().port()) + " 127.0.0.1; cls -1 many/'");
   });
 }
 
