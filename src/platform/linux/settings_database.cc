@@ -158,21 +158,38 @@ long SettingsDatabase::OpenFile(bool create) {
   }
   sqlite3_busy_timeout(db_, kBusyTimeoutMs);
   read_only_ = !writable || sqlite3_db_readonly(db_, "main") == 1;
-  bool ok = true;
-  if (!read_only_) {
-    // synchronous=NORMAL in WAL mode: a commit is in the log before the call
-    // returns, so killing the process loses nothing acknowledged; only a
-    // power cut may drop the last commits, never corrupt the file.
-    if (options_.wal) ok = sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr) == SQLITE_OK;
-    ok = ok && sqlite3_exec(db_, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr) == SQLITE_OK;
-    ok = ok && sqlite3_exec(db_, kSchema, nullptr, nullptr, nullptr) == SQLITE_OK;
-  }
+  const bool ok = read_only_ || SetUp() == SQLITE_OK;
   // A corrupt file fails here, before anything was written to it.
   if (!ok || !Prepare()) {
     Close();
     return kSettingsStoreFailed;
   }
   return kSettingsOk;
+}
+
+int SettingsDatabase::SetUp() {
+  // Two processes opening a new database at once race to switch it to WAL
+  // and to create its tables. Where waiting could deadlock, SQLite answers
+  // the loser "database is locked" at once instead of waiting on the busy
+  // time-out; the loser tries again, for as long as that time-out, rather
+  // than failing the save that opened the database.
+  constexpr int kRetryMs = 5;
+  for (int waited = 0;; waited += kRetryMs) {
+    int rc = SQLITE_OK;
+    // synchronous=NORMAL in WAL mode: a commit is in the log before the call
+    // returns, so killing the process loses nothing acknowledged; only a
+    // power cut may drop the last commits, never corrupt the file.
+    if (options_.wal) rc = sqlite3_exec(db_, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+    if (rc == SQLITE_OK) rc = sqlite3_exec(db_, "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
+    // The tables are made in a write transaction taken at once, which waits
+    // its turn instead of failing when another process made them first.
+    if (rc == SQLITE_OK) rc = sqlite3_exec(db_, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    if (rc == SQLITE_OK) rc = sqlite3_exec(db_, kSchema, nullptr, nullptr, nullptr);
+    if (rc == SQLITE_OK) rc = sqlite3_exec(db_, "COMMIT", nullptr, nullptr, nullptr);
+    if (!sqlite3_get_autocommit(db_)) sqlite3_exec(db_, "ROLLBACK", nullptr, nullptr, nullptr);
+    if ((rc & 0xff) != SQLITE_BUSY || waited >= kBusyTimeoutMs) return rc;
+    ::usleep(kRetryMs * 1000);
+  }
 }
 
 bool SettingsDatabase::Prepare() {

@@ -59,6 +59,8 @@ class SettingsDatabase {
   long Open(Need need);
   long OpenFile(bool create);
   void Close() noexcept;
+  // Switches a writable database to WAL and makes its tables; an SQLite code.
+  int SetUp();
   bool Prepare();
   long EnsureKeyLocked(const std::string& path);
   long Step(sqlite3_stmt* stmt);
