@@ -48,6 +48,33 @@ void ScanLine(const char* p, std::size_t n, char a, char b, LineScan& scan) noex
 // ones (and for tests, so it is covered on every machine).
 void ScanLineBaseline(const char* p, std::size_t n, char a, char b, LineScan& scan) noexcept;
 
+// Bit masks of the 64 bytes from `p`: bit i of `hits` is set when p[i] is
+// `a` or `b`, of `quotes` when it is a double quote. Bytes at or past
+// `text_end` are not read (their bits stay clear).
+inline void WindowMasks(const char* p, const char* text_end, char a, char b, std::uint64_t& hits,
+                        std::uint64_t& quotes) noexcept {
+  hits = quotes = 0;
+#if defined(__SSE2__)
+  if (text_end - p >= 64) {
+    const __m128i va = _mm_set1_epi8(a), vb = _mm_set1_epi8(b), vq = _mm_set1_epi8('"');
+    for (int k = 0; k < 4; ++k) {
+      const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
+      const auto h = static_cast<std::uint64_t>(
+          static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(chunk, va), _mm_cmpeq_epi8(chunk, vb)))));
+      const auto q = static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, vq))));
+      hits |= h << (16 * k);
+      quotes |= q << (16 * k);
+    }
+    return;
+  }
+#endif
+  const std::ptrdiff_t n = text_end - p < 64 ? text_end - p : 64;
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    hits |= static_cast<std::uint64_t>(p[i] == a || p[i] == b) << i;
+    quotes |= static_cast<std::uint64_t>(p[i] == '"') << i;
+  }
+}
+
 // Positions of two kinds of byte in a line, as bit masks of 64 bytes at a
 // time: `a` or `b` (a one-byte delimiter in either case) and the double
 // quote. Counting the fields of a quoted row walks from one position to the
@@ -78,27 +105,7 @@ class LineMasks {
 
   void Load(std::size_t window) noexcept {
     window_ = window;
-    const char* p = line_.data() + window;
-    delimiters_ = quotes_ = 0;
-#if defined(__SSE2__)
-    if (text_end_ - p >= 64) {
-      const __m128i va = _mm_set1_epi8(a_), vb = _mm_set1_epi8(b_), vq = _mm_set1_epi8('"');
-      for (int k = 0; k < 4; ++k) {
-        const __m128i chunk = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
-        const auto d = static_cast<std::uint64_t>(static_cast<unsigned>(
-            _mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(chunk, va), _mm_cmpeq_epi8(chunk, vb)))));
-        const auto q = static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(chunk, vq))));
-        delimiters_ |= d << (16 * k);
-        quotes_ |= q << (16 * k);
-      }
-      return;
-    }
-#endif
-    const std::ptrdiff_t n = text_end_ - p < 64 ? text_end_ - p : 64;
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-      delimiters_ |= static_cast<std::uint64_t>(p[i] == a_ || p[i] == b_) << i;
-      quotes_ |= static_cast<std::uint64_t>(p[i] == '"') << i;
-    }
+    WindowMasks(line_.data() + window, text_end_, a_, b_, delimiters_, quotes_);
   }
 
   std::string_view line_;

@@ -24,6 +24,7 @@
 #include "textdata/byte_scan.h"
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
+#include "textdata/quoted_row_count.h"
 
 namespace tolva::textdata {
 
@@ -55,7 +56,12 @@ class RowSplitter {
   // the cursor by Next(delimiter.FirstLower(), delimiter.FirstUpper(),
   // scan): a plain row is measured from the scan alone.
   std::int64_t Count(std::string_view line, const LineScan& scan) {
-    if (scan.quote) return delimiter_.SingleByte() ? CountQuoted(line) : SplitQuoted(line, counter_);
+    if (scan.quote) {
+      if (!delimiter_.SingleByte() || delimiter_.FirstLower() == kQuote) return SplitQuoted(line, counter_);
+      const std::int64_t fields =
+          CountWellQuotedRow(line, text_.data() + text_.size(), delimiter_.FirstLower(), delimiter_.FirstUpper());
+      return fields >= 0 ? fields : CountQuoted(line);
+    }
     if (delimiter_.SingleByte()) return static_cast<std::int64_t>(scan.matches) + 1;
     return delimiter_.Count(line) + 1;
   }

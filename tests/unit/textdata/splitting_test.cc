@@ -145,6 +145,36 @@ TEST(RowSplitterTest, MeasuringAgreesWithSplittingOnRandomText) {
       std::string text(rng() % 400, ' ');
       const unsigned line_ends = rng() % 3 == 0 ? 8 : 6;  // some texts are one long line
       for (char& c : text) c = alphabet[rng() % line_ends];
+      if (trial % 2) {
+        // Rows quoted as writers quote them (with now and then a quote out of
+        // place), long enough to span several 64-byte windows.
+        const std::string d = delimiter;
+        text.clear();
+        for (int row = static_cast<int>(rng() % 6); row >= 0; --row) {
+          for (int field = static_cast<int>(rng() % 30); field >= 0; --field) {
+            switch (rng() % 5) {
+              case 0:
+                text += "\"a" + d + "b\"\"c\"";
+                break;
+              case 1:
+                text += "\"\"";
+                break;
+              case 2:
+                text += "\"" + std::string(rng() % 90, 'q') + "\"";
+                break;
+              case 3:
+                text += std::string(rng() % 70, 'a');
+                break;
+              default:
+                text += rng() % 20 ? "" : "a\"b";
+                break;
+            }
+            if (field) text += d;
+          }
+          if (rng() % 4 == 0) text += d;
+          text += rng() % 10 ? "\r\n" : "";
+        }
+      }
       std::vector<std::int64_t> split, measured;
       for (int pass = 0; pass < 2; ++pass) {
         LineCursor cursor(text);

@@ -1,0 +1,74 @@
+#include "textdata/quoted_row_count.h"
+
+#include "textdata/byte_scan.h"
+
+namespace tolva::textdata {
+
+namespace {
+
+inline std::uint64_t Ones(std::size_t n) noexcept {
+  return n >= 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << n) - 1;
+}
+
+// For every bit, the parity of the bits at and below it.
+inline std::uint64_t PrefixXor(std::uint64_t x) noexcept {
+  x ^= x << 1;
+  x ^= x << 2;
+  x ^= x << 4;
+  x ^= x << 8;
+  x ^= x << 16;
+  x ^= x << 32;
+  return x;
+}
+
+inline std::int64_t CountBits64(std::uint64_t v) noexcept {
+  v = v - ((v >> 1) & 0x5555555555555555ull);
+  v = (v & 0x3333333333333333ull) + ((v >> 2) & 0x3333333333333333ull);
+  v = (v + (v >> 4)) & 0x0f0f0f0f0f0f0f0full;
+  return static_cast<std::int64_t>((v * 0x0101010101010101ull) >> 56);
+}
+
+}  // namespace
+
+std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, char a, char b) noexcept {
+  const std::size_t n = line.size();
+  if (n == 0) return 0;
+  std::uint64_t delimiters = 0, quotes = 0;
+  WindowMasks(line.data(), text_end, a, b, delimiters, quotes);
+  std::uint64_t odd_before_window = 0;  // all ones when an odd number of quotes came before
+  std::uint64_t after_delimiter = 1;    // the line's start counts as just after a delimiter
+  std::uint64_t after_closing = 0;
+  std::int64_t separators = 0;
+  bool last_is_separator = false;
+  for (std::size_t window = 0; window < n; window += 64) {
+    const std::size_t left = n - window;
+    const std::uint64_t in_line = Ones(left);
+    const std::uint64_t d = delimiters & in_line;
+    const std::uint64_t q = quotes & in_line;
+    std::uint64_t next_d = 0, next_q = 0;
+    if (left > 64) WindowMasks(line.data() + window + 64, text_end, a, b, next_d, next_q);
+    const std::uint64_t odd_through = PrefixXor(q) ^ odd_before_window;
+    const std::uint64_t odd_before = odd_through ^ q;
+    const std::uint64_t opening = q & ~odd_before;
+    const std::uint64_t closing = q & odd_before;
+    // An opening quote follows a delimiter, or the closing quote of a doubled pair.
+    if (opening & ~(((d << 1) | after_delimiter) | ((closing << 1) | after_closing))) return -1;
+    // A closing quote comes before a delimiter, the other quote of a doubled pair, or the line's end.
+    const std::uint64_t line_end = left <= 64 ? std::uint64_t{1} << (left - 1) : 0;
+    const std::uint64_t followed_ok = (d >> 1) | (q >> 1) | ((next_d | next_q) << 63) | line_end;
+    if (closing & ~followed_ok) return -1;
+    const std::uint64_t separating = d & ~odd_before;
+    separators += CountBits64(separating);
+    if (left <= 64) last_is_separator = (separating & line_end) != 0;
+    odd_before_window = (odd_through >> 63) ? ~std::uint64_t{0} : 0;
+    after_delimiter = d >> 63;
+    after_closing = closing >> 63;
+    delimiters = next_d;
+    quotes = next_q;
+  }
+  if (odd_before_window) return -1;  // a quoted field runs on past the line
+  // A delimiter at the very end of a quoted row starts no further field.
+  return separators + 1 - (last_is_separator ? 1 : 0);
+}
+
+}  // namespace tolva::textdata
