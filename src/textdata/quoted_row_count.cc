@@ -2,6 +2,10 @@
 
 #include "textdata/byte_scan.h"
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 namespace tolva::textdata {
 
 namespace {
@@ -28,13 +32,17 @@ inline std::int64_t CountBits64(std::uint64_t v) noexcept {
   return static_cast<std::int64_t>((v * 0x0101010101010101ull) >> 56);
 }
 
-}  // namespace
-
-std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, char a, char b) noexcept {
+// The count itself, for a mask source: the 64-byte masks and the prefix
+// parity come from `Bits`, so the same logic runs with 16-byte vectors on
+// any processor and with 32-byte ones and carry-less multiplication where
+// the processor has them.
+template <class Bits>
+__attribute__((always_inline)) inline std::int64_t CountWith(std::string_view line, const char* text_end, char a,
+                                                             char b) noexcept {
   const std::size_t n = line.size();
   if (n == 0) return 0;
   std::uint64_t delimiters = 0, quotes = 0;
-  WindowMasks(line.data(), text_end, a, b, delimiters, quotes);
+  Bits::Masks(line.data(), text_end, a, b, delimiters, quotes);
   std::uint64_t odd_before_window = 0;  // all ones when an odd number of quotes came before
   std::uint64_t after_delimiter = 1;    // the line's start counts as just after a delimiter
   std::uint64_t after_closing = 0;
@@ -46,8 +54,8 @@ std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, cha
     const std::uint64_t d = delimiters & in_line;
     const std::uint64_t q = quotes & in_line;
     std::uint64_t next_d = 0, next_q = 0;
-    if (left > 64) WindowMasks(line.data() + window + 64, text_end, a, b, next_d, next_q);
-    const std::uint64_t odd_through = PrefixXor(q) ^ odd_before_window;
+    if (left > 64) Bits::Masks(line.data() + window + 64, text_end, a, b, next_d, next_q);
+    const std::uint64_t odd_through = Bits::PrefixXor(q) ^ odd_before_window;
     const std::uint64_t odd_before = odd_through ^ q;
     const std::uint64_t opening = q & ~odd_before;
     const std::uint64_t closing = q & odd_before;
@@ -58,7 +66,7 @@ std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, cha
     const std::uint64_t followed_ok = (d >> 1) | (q >> 1) | ((next_d | next_q) << 63) | line_end;
     if (closing & ~followed_ok) return -1;
     const std::uint64_t separating = d & ~odd_before;
-    separators += CountBits64(separating);
+    separators += Bits::Count(separating);
     if (left <= 64) last_is_separator = (separating & line_end) != 0;
     odd_before_window = (odd_through >> 63) ? ~std::uint64_t{0} : 0;
     after_delimiter = d >> 63;
@@ -69,6 +77,71 @@ std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, cha
   if (odd_before_window) return -1;  // a quoted field runs on past the line
   // A delimiter at the very end of a quoted row starts no further field.
   return separators + 1 - (last_is_separator ? 1 : 0);
+}
+
+struct BaselineBits {
+  static void Masks(const char* p, const char* end, char a, char b, std::uint64_t& d, std::uint64_t& q) noexcept {
+    WindowMasks(p, end, a, b, d, q);
+  }
+  static std::uint64_t PrefixXor(std::uint64_t x) noexcept { return textdata::PrefixXor(x); }
+  static std::int64_t Count(std::uint64_t x) noexcept { return CountBits64(x); }
+};
+
+#if defined(__x86_64__)
+#define TOLVA_AVX2_TARGET __attribute__((target("avx2,pclmul,popcnt")))
+struct Avx2Bits {
+  TOLVA_AVX2_TARGET static void Masks(const char* p, const char* end, char a, char b, std::uint64_t& d,
+                                      std::uint64_t& q) noexcept {
+    if (end - p < 64) return WindowMasks(p, end, a, b, d, q);
+    const __m256i va = _mm256_set1_epi8(a), vb = _mm256_set1_epi8(b), vq = _mm256_set1_epi8('"');
+    const __m256i lo = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+    const __m256i hi = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + 32));
+    const auto d_lo = static_cast<std::uint32_t>(
+        _mm256_movemask_epi8(_mm256_or_si256(_mm256_cmpeq_epi8(lo, va), _mm256_cmpeq_epi8(lo, vb))));
+    const auto d_hi = static_cast<std::uint32_t>(
+        _mm256_movemask_epi8(_mm256_or_si256(_mm256_cmpeq_epi8(hi, va), _mm256_cmpeq_epi8(hi, vb))));
+    const auto q_lo = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(lo, vq)));
+    const auto q_hi = static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(hi, vq)));
+    d = d_lo | static_cast<std::uint64_t>(d_hi) << 32;
+    q = q_lo | static_cast<std::uint64_t>(q_hi) << 32;
+  }
+  // Carry-less multiplication by all ones: each bit becomes the parity of
+  // itself and every bit below it.
+  TOLVA_AVX2_TARGET static std::uint64_t PrefixXor(std::uint64_t x) noexcept {
+    const __m128i product =
+        _mm_clmulepi64_si128(_mm_set_epi64x(0, static_cast<long long>(x)), _mm_set1_epi8(static_cast<char>(0xff)), 0);
+    return static_cast<std::uint64_t>(_mm_cvtsi128_si64(product));
+  }
+  TOLVA_AVX2_TARGET static std::int64_t Count(std::uint64_t x) noexcept { return __builtin_popcountll(x); }
+};
+
+// Flattened: the mask source's vector code is inlined into this copy of the count.
+TOLVA_AVX2_TARGET __attribute__((flatten)) std::int64_t CountAvx2(std::string_view line, const char* text_end, char a,
+                                                                  char b) noexcept {
+  return CountWith<Avx2Bits>(line, text_end, a, b);
+}
+#endif
+
+using CountFunction = std::int64_t (*)(std::string_view, const char*, char, char) noexcept;
+
+CountFunction ChooseCount() noexcept {
+#if defined(__x86_64__)
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("popcnt"))
+    return CountAvx2;
+#endif
+  return CountWellQuotedRowBaseline;
+}
+
+}  // namespace
+
+std::int64_t CountWellQuotedRowBaseline(std::string_view line, const char* text_end, char a, char b) noexcept {
+  return CountWith<BaselineBits>(line, text_end, a, b);
+}
+
+std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, char a, char b) noexcept {
+  static const CountFunction chosen = ChooseCount();
+  return chosen(line, text_end, a, b);
 }
 
 }  // namespace tolva::textdata
