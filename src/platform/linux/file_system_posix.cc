@@ -19,6 +19,7 @@
 #include "files/wildcard.h"
 #include "platform/linux/file_system_errors.h"
 #include "platform/linux/linux_factories.h"
+#include "platform/linux/page_cache.h"
 
 namespace tolva::platform::posix {
 
@@ -377,6 +378,7 @@ class PosixFileSystem : public FileSystem {
     if (last.empty()) return Fail(error, ClassicError(kErrBadFileName));
     // The new contents go to a temporary file beside the target and are
     // renamed over it, so a failed or interrupted write leaves the old file whole.
+    if (exists) ReleaseCachedPages(p);
     std::string temp;
     Fd fd;
     for (int attempt = 0; attempt < 100 && fd.get() < 0; ++attempt) {

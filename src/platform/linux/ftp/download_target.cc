@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/linux/page_cache.h"
 #include "tolva/platform/internet.h"
 
 namespace tolva::platform::posix::ftp {
@@ -39,20 +40,7 @@ DownloadTarget::~DownloadTarget() {
 }
 
 std::uint32_t DownloadTarget::Open() {
-  // The file being replaced stays whole on disk until the new one is
-  // complete, but its cached pages are of no further use: handing them back
-  // now lets the new file's pages be recycled from them instead of taken
-  // fresh, which on virtual machines costs far more. (Only clean pages go;
-  // the file's contents are untouched.)
-  // Only a regular file is opened for this: opening a device may act on it.
-  struct stat st {};
-  if (::lstat(destination_.c_str(), &st) == 0 && S_ISREG(st.st_mode)) {
-    const int old = ::open(destination_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (old >= 0) {
-      ::posix_fadvise(old, 0, 0, POSIX_FADV_DONTNEED);
-      ::close(old);
-    }
-  }
+  ReleaseCachedPages(destination_);
   const auto slash = destination_.rfind('/');
   const std::string dir = slash == std::string::npos ? "." : destination_.substr(0, slash + 1);
   temp_ = (slash == std::string::npos ? "./" : dir) + ".tolva-get-XXXXXX";
