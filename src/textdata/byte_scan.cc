@@ -1,6 +1,6 @@
 #include "textdata/byte_scan.h"
 
-#if defined(__x86_64__) || defined(__i386__)
+#if defined(__x86_64__)
 #include <immintrin.h>
 #define TOLVA_SCAN_AVX2 1
 #endif
@@ -110,23 +110,28 @@ __attribute__((target("avx2,popcnt,bmi"))) void ScanLineAvx2(const char* p, std:
 }
 #endif
 
-using ScanLineFunction = void (*)(const char*, std::size_t, char, char, LineScan&) noexcept;
-
-// Chosen once, by what the processor offers.
-ScanLineFunction ChooseScanLine() noexcept {
-#if defined(TOLVA_SCAN_AVX2)
-  __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi"))
-    return ScanLineAvx2;
-#endif
-  return ScanLineBaseline;
-}
-
 }  // namespace
 
+bool WideVectorsAvailable() noexcept {
+#if defined(TOLVA_SCAN_AVX2)
+  static const bool available = [] {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("popcnt") && __builtin_cpu_supports("bmi") &&
+           __builtin_cpu_supports("pclmul");
+  }();
+  return available;
+#else
+  return false;
+#endif
+}
+
 void ScanLine(const char* p, std::size_t n, char a, char b, LineScan& scan) noexcept {
-  static const ScanLineFunction chosen = ChooseScanLine();
+#if defined(TOLVA_SCAN_AVX2)
+  static const auto chosen = WideVectorsAvailable() ? ScanLineAvx2 : ScanLineBaseline;
   chosen(p, n, a, b, scan);
+#else
+  ScanLineBaseline(p, n, a, b, scan);
+#endif
 }
 
 }  // namespace tolva::textdata

@@ -38,6 +38,10 @@ struct LineScan {
   bool quote;           // whether a double quote is among them
 };
 
+// Whether the processor has what the wide-vector scanners use (AVX2 with
+// popcnt, bmi and carry-less multiplication); asked once.
+bool WideVectorsAvailable() noexcept;
+
 // Scans p[0, n) up to its first CR or LF. The size test of a delimited
 // file learns all it needs of a plain row this way, reading each byte
 // once; it uses the widest vectors the processor has. The findings are

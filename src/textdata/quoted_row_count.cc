@@ -122,17 +122,6 @@ TOLVA_AVX2_TARGET __attribute__((flatten)) std::int64_t CountAvx2(std::string_vi
 }
 #endif
 
-using CountFunction = std::int64_t (*)(std::string_view, const char*, char, char) noexcept;
-
-CountFunction ChooseCount() noexcept {
-#if defined(__x86_64__)
-  __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("pclmul") && __builtin_cpu_supports("popcnt"))
-    return CountAvx2;
-#endif
-  return CountWellQuotedRowBaseline;
-}
-
 }  // namespace
 
 std::int64_t CountWellQuotedRowBaseline(std::string_view line, const char* text_end, char a, char b) noexcept {
@@ -140,8 +129,12 @@ std::int64_t CountWellQuotedRowBaseline(std::string_view line, const char* text_
 }
 
 std::int64_t CountWellQuotedRow(std::string_view line, const char* text_end, char a, char b) noexcept {
-  static const CountFunction chosen = ChooseCount();
+#if defined(__x86_64__)
+  static const auto chosen = WideVectorsAvailable() ? CountAvx2 : CountWellQuotedRowBaseline;
   return chosen(line, text_end, a, b);
+#else
+  return CountWellQuotedRowBaseline(line, text_end, a, b);
+#endif
 }
 
 }  // namespace tolva::textdata
