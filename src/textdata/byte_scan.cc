@@ -13,15 +13,6 @@ constexpr char kCR = '\r';
 constexpr char kLF = '\n';
 constexpr char kQuote = '"';
 
-// Bits set in a mask of up to 32 bits, without the popcnt instruction the
-// baseline x86-64 target lacks (the compiler would call a library routine).
-inline std::size_t CountBits(unsigned v) noexcept {
-  v = v - ((v >> 1) & 0x55555555u);
-  v = (v & 0x33333333u) + ((v >> 2) & 0x33333333u);
-  v = (v + (v >> 4)) & 0x0f0f0f0fu;
-  return (v * 0x01010101u) >> 24;
-}
-
 // The bytes past the last whole block, one at a time. Counts are kept in
 // locals throughout: the text is bytes, which may alias any field of the
 // caller's LineScan, so updating it inside a loop would go through memory.
@@ -65,7 +56,7 @@ void ScanLineBaseline(const char* p, std::size_t n, char a, char b, LineScan& sc
     if (ends != 0) {
       const unsigned before = (ends & (0u - ends)) - 1;  // bits below the first line end
       fold();
-      matches += CountBits(static_cast<unsigned>(_mm_movemask_epi8(hits)) & before);
+      matches += static_cast<std::size_t>(CountBits(static_cast<unsigned>(_mm_movemask_epi8(hits)) & before));
       quote = quote || (quotes & before) != 0;
       scan = LineScan{i + static_cast<std::size_t>(__builtin_ctz(ends)), matches, quote};
       return;

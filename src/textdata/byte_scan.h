@@ -14,6 +14,15 @@
 
 namespace tolva::textdata {
 
+// Bits set in a mask, without the popcnt instruction the baseline x86-64
+// target lacks (the compiler would call a library routine instead).
+inline unsigned CountBits(std::uint64_t v) noexcept {
+  v = v - ((v >> 1) & 0x5555555555555555ull);
+  v = (v & 0x3333333333333333ull) + ((v >> 2) & 0x3333333333333333ull);
+  v = (v + (v >> 4)) & 0x0f0f0f0f0f0f0f0full;
+  return static_cast<unsigned>((v * 0x0101010101010101ull) >> 56);
+}
+
 // Index of the first byte in p[0, n) equal to `a` or `b`; n when none.
 inline std::size_t FindEither(const char* p, std::size_t n, char a, char b) noexcept {
   std::size_t i = 0;

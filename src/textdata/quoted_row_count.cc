@@ -25,13 +25,6 @@ inline std::uint64_t PrefixXor(std::uint64_t x) noexcept {
   return x;
 }
 
-inline std::int64_t CountBits64(std::uint64_t v) noexcept {
-  v = v - ((v >> 1) & 0x5555555555555555ull);
-  v = (v & 0x3333333333333333ull) + ((v >> 2) & 0x3333333333333333ull);
-  v = (v + (v >> 4)) & 0x0f0f0f0f0f0f0f0full;
-  return static_cast<std::int64_t>((v * 0x0101010101010101ull) >> 56);
-}
-
 // The count itself, for a mask source: the 64-byte masks and the prefix
 // parity come from `Bits`, so the same logic runs with 16-byte vectors on
 // any processor and with 32-byte ones and carry-less multiplication where
@@ -84,7 +77,7 @@ struct BaselineBits {
     WindowMasks(p, end, a, b, d, q);
   }
   static std::uint64_t PrefixXor(std::uint64_t x) noexcept { return textdata::PrefixXor(x); }
-  static std::int64_t Count(std::uint64_t x) noexcept { return CountBits64(x); }
+  static std::int64_t Count(std::uint64_t x) noexcept { return static_cast<std::int64_t>(CountBits(x)); }
 };
 
 #if defined(__x86_64__)
