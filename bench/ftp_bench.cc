@@ -76,7 +76,7 @@ void ResetPeak() {
 // ---- The server -----------------------------------------------------------
 
 // The server is pyftpdlib unless TOLVA_BENCH_FTPD names another kind the
-// test fixtures can start ("proftpd", "pure-ftpd", "vsftpd").
+// test fixtures can start ("proftpd", "pure_ftpd", "vsftpd").
 class Server {
  public:
   Server() {

@@ -12,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -91,17 +92,24 @@ std::vector<FtpServerKind> AvailableFtpServers() {
       kinds.push_back(FtpServerKind::kProftpd);
     else
       notices.push_back("proftpd: proftpd-basic is not installed");
-    // vsftpd needs a system user with a PAM password: not set up by this
-    // fixture. pure-ftpd runs with its own user database, as root.
-    notices.push_back("vsftpd: needs a system user with a PAM password, not set up by this fixture");
+    // vsftpd and pure-ftpd run as root (they switch to their session
+    // users themselves), unpacked by scripts/install.d/ftp-daemons.sh.
     const std::string dir = FtpDaemonDir();
-    if (::geteuid() != 0) {
+    const bool root = ::geteuid() == 0;
+    if (!root) {
+      notices.push_back("vsftpd: needs root, the tests run unprivileged");
+    } else if (!FileExecutable(dir + "/usr/sbin/vsftpd")) {
+      notices.push_back("vsftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
+    } else if (::access("/etc/pam.d", W_OK) != 0 ||
+               std::system("/usr/bin/perl -MDB_File -e 1 >/dev/null 2>&1") != 0) {
+      notices.push_back("vsftpd: needs a writable /etc/pam.d and perl's DB_File for its PAM user database");
+    } else {
+      kinds.push_back(FtpServerKind::kVsftpd);
+    }
+    if (!root) {
       notices.push_back("pure-ftpd: needs root, the tests run unprivileged");
     } else if (!FileExecutable(dir + "/usr/sbin/pure-ftpd") || !FileExecutable(dir + "/usr/bin/pure-pw")) {
       notices.push_back("pure-ftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
-    } else if (std::getenv("TOLVA_FTP_PURE_FTPD") == nullptr) {
-      // Works, but not yet through the whole table in CI: opt in for now.
-      notices.push_back("pure-ftpd: set TOLVA_FTP_PURE_FTPD=1 to run it");
     } else {
       kinds.push_back(FtpServerKind::kPureFtpd);
     }
@@ -269,6 +277,7 @@ std::unique_ptr<FtpServer> FtpServer::Start(FtpServerKind kind, std::string* why
 
 FtpServer::~FtpServer() {
   process_.Stop();
+  if (!pam_service_file_.empty()) ::unlink(pam_service_file_.c_str());
   RemoveTree(work_);
 }
 
@@ -386,20 +395,84 @@ bool FtpServer::LaunchProftpd(std::string* why) {
 }
 
 bool FtpServer::LaunchVsftpd(std::string* why) {
-  *why = "vsftpd is not wired into the fixture yet";
+  // vsftpd logs a virtual user in through PAM and then runs the session as
+  // a real account. The password lives in a Berkeley DB read by pam_userdb
+  // (written with perl's DB_File, linked against the same libdb), named by
+  // a PAM service of this server's own. The session account is "daemon":
+  // vsftpd changes into its home before the chroot, and daemon's home
+  // (/usr/sbin) exists on every Debian system, unlike nobody's.
+  const uid_t uid = 1;
+  const gid_t gid = 1;
+  if (::chown(root_.c_str(), uid, gid) != 0) {
+    *why = "cannot hand the root to daemon";
+    return false;
+  }
+  const std::string users = work_ + "/users";
+  const std::string make_db = "/usr/bin/perl -MDB_File -MFcntl -e 'tie my %h, \"DB_File\", $ARGV[0], "
+                              "O_RDWR|O_CREAT, 0600, $DB_HASH or die; $h{$ARGV[1]} = $ARGV[2]' '" +
+                              users + ".db' '" + user_ + "' '" + password_ + "' >/dev/null 2>&1";
+  if (std::system(make_db.c_str()) != 0) {
+    *why = "perl DB_File could not write the password database";
+    return false;
+  }
+  // PAM looks services up by their lower-case name.
+  std::string service = "tolva-" + std::filesystem::path(work_).filename().string();
+  for (char& c : service) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  pam_service_file_ = "/etc/pam.d/" + service;
+  if (!WriteWholeFile(pam_service_file_, "auth required pam_userdb.so db=" + users +
+                                             "\naccount required pam_permit.so\n")) {
+    *why = "cannot write " + pam_service_file_;
+    return false;
+  }
+  const std::string empty = work_ + "/empty";  // vsftpd's unprivileged chroot
+  ::mkdir(empty.c_str(), 0755);
+  const std::string dir = FtpDaemonDir();
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    port_ = PickFreePort();
+    std::ofstream conf(work_ + "/vsftpd.conf", std::ios::trunc);
+    conf << "listen=YES\nlisten_ipv6=NO\nlisten_address=127.0.0.1\n"
+         << "listen_port=" << port_ << "\n"
+         << "background=NO\n"
+         << "anonymous_enable=NO\nlocal_enable=YES\nwrite_enable=YES\nlocal_umask=022\n"
+         << "guest_enable=YES\nguest_username=daemon\nvirtual_use_local_privs=YES\n"
+         << "pam_service_name=" << service << "\n"
+         << "chroot_local_user=YES\nallow_writeable_chroot=YES\n"
+         << "local_root=" << root_ << "\n"
+         << "secure_chroot_dir=" << empty << "\n"
+         // Containers often forbid the namespaces and filters vsftpd would
+         // otherwise set up for itself.
+         << "seccomp_sandbox=NO\nisolate=NO\nisolate_network=NO\n"
+         << "xferlog_enable=NO\ntcp_wrappers=NO\n"
+         << "max_clients=64\nmax_per_ip=64\n"
+         << "idle_session_timeout=600\ndata_connection_timeout=600\n"
+         << "delay_failed_login=0\nforce_dot_files=YES\n";
+    conf.close();
+    if (!process_.Spawn({dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"}, work_ + "/server.log")) {
+      *why = "fork failed";
+      return false;
+    }
+    if (WaitForGreeting(port_, 5000)) return true;
+    process_.Stop();
+  }
+  *why = "did not start listening";
   return false;
 }
 
 bool FtpServer::LaunchPureFtpd(std::string* why) {
   // Virtual user "tolva" in pure-ftpd's own database, running as nobody.
+  // The password file is written here with an MD5 crypt hash: pure-pw's
+  // default argon2 hash costs about four seconds a login on these machines.
   if (::chown(root_.c_str(), 65534, 65534) != 0) {
     *why = "cannot hand the root to nobody";
     return false;
   }
   const std::string dir = FtpDaemonDir();
-  const std::string command = "printf '%s\\n%s\\n' '" + password_ + "' '" + password_ + "' | " + dir +
-                              "/usr/bin/pure-pw useradd " + user_ + " -u 65534 -g 65534 -d " + root_ + " -f " + work_ +
-                              "/passwd -m -F " + work_ + "/pure.pdb >/dev/null 2>&1";
+  if (!WriteWholeFile(work_ + "/passwd", user_ + ":" + kPasswordHash + ":65534:65534::" + root_ + "/./::::::::::::\n")) {
+    *why = "cannot write the password file";
+    return false;
+  }
+  const std::string command =
+      dir + "/usr/bin/pure-pw mkdb " + work_ + "/pure.pdb -f " + work_ + "/passwd >/dev/null 2>&1";
   if (std::system(command.c_str()) != 0) {
     *why = "pure-pw could not make the user database";
     return false;

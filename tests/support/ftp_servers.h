@@ -88,6 +88,7 @@ class FtpServer {
 
   FtpServerKind kind_ = FtpServerKind::kPyftpdlib;
   std::string work_;  // temporary directory: config, logs, root
+  std::string pam_service_file_;  // vsftpd's login service, removed on stop
   std::string root_;
   std::string user_ = "tolva";
   std::string password_ = "tolva-pw";
