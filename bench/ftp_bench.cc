@@ -12,6 +12,7 @@
 #include <arpa/inet.h>
 #include <benchmark/benchmark.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -257,6 +258,9 @@ class RawControl {
  public:
   explicit RawControl(int port) {
     fd_ = socket(AF_INET, SOCK_STREAM, 0);
+    // As the library's control connection does: no Nagle delay on commands.
+    const int one = 1;
+    setsockopt(fd_, IPPROTO_TCP, TCP_NODELAY, &one, sizeof one);
     sockaddr_in a{};
     a.sin_family = AF_INET;
     a.sin_port = htons(static_cast<std::uint16_t>(port));
@@ -273,21 +277,30 @@ class RawControl {
   }
 
  private:
-  // Reads one single-line reply; the code, or -1.
+  // Reads one reply, multi-line ones ("220-...", ..., "220 ...") whole;
+  // the code, or -1.
   int Reply() {
     for (;;) {
       const std::size_t eol = buffer_.find("\r\n");
-      if (eol != std::string::npos) {
-        const int code = std::atoi(buffer_.substr(0, 3).c_str());
-        buffer_.erase(0, eol + 2);
+      if (eol == std::string::npos) {
+        char chunk[4096];
+        const ssize_t n = recv(fd_, chunk, sizeof chunk, 0);
+        if (n <= 0) return -1;
+        buffer_.append(chunk, static_cast<std::size_t>(n));
+        continue;
+      }
+      const std::string line = buffer_.substr(0, eol);
+      buffer_.erase(0, eol + 2);
+      if (line.size() >= 4 && line[3] == '-' && code_ < 0) code_ = std::atoi(line.substr(0, 3).c_str());
+      const int code = line.size() >= 3 ? std::atoi(line.substr(0, 3).c_str()) : -1;
+      const bool last = line.size() >= 3 && (line.size() == 3 || line[3] == ' ');
+      if (last && (code_ < 0 || code == code_)) {
+        code_ = -1;
         return code;
       }
-      char chunk[4096];
-      const ssize_t n = recv(fd_, chunk, sizeof chunk, 0);
-      if (n <= 0) return -1;
-      buffer_.append(chunk, static_cast<std::size_t>(n));
     }
   }
+  int code_ = -1;  // the code of a multi-line reply being read
   int fd_ = -1;
   bool ok_ = false;
   std::string buffer_;

@@ -480,7 +480,9 @@ bool FtpServer::LaunchPureFtpd(std::string* why) {
   for (int attempt = 0; attempt < 3; ++attempt) {
     port_ = PickFreePort();
     if (!process_.Spawn({dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
-                         "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64"},
+                         "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
+                         // listings stop at 2000 names unless told otherwise
+                         "-L", "100000:8"},
                         work_ + "/server.log")) {
       *why = "fork failed";
       return false;
