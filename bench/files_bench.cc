@@ -78,6 +78,10 @@ void BM_CatReference(benchmark::State& state) {
 void BM_ReadFile(benchmark::State& state) {
   EnsureBigFile();
   tolva::Tolva2011Register c;
+  // One untimed read first, as cat gets: on a virtual machine the first
+  // gigabyte this process takes may be memory the host has not backed yet,
+  // which costs more than anything measured here.
+  (void)c.ReadFile(BigFile());
   for (auto _ : state) {
     const auto start = std::chrono::steady_clock::now();
     std::string text = c.ReadFile(BigFile());
@@ -180,8 +184,8 @@ void BM_ProfileReparseReference(benchmark::State& state) {
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations()));
 }
 
-BENCHMARK(BM_CatReference)->UseManualTime()->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadFile)->UseManualTime()->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CatReference)->UseManualTime()->Iterations(1)->Repetitions(9)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadFile)->UseManualTime()->Iterations(1)->Repetitions(9)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadFilePeakMemory)->UseManualTime()->Iterations(1)->Repetitions(1);
 BENCHMARK(BM_DdReference)
     ->Arg(0)

@@ -20,6 +20,7 @@
 #include "platform/linux/file_system_errors.h"
 #include "platform/linux/linux_factories.h"
 #include "platform/linux/page_cache.h"
+#include "platform/linux/whole_file_read.h"
 
 namespace tolva::platform::posix {
 
@@ -328,13 +329,11 @@ class PosixFileSystem : public FileSystem {
         const auto size = static_cast<std::uint64_t>(st.st_size);
         if (size >= out.max_size() || size > PhysicalMemory()) return Fail(error, ClassicError(kErrOutOfMemory));
         // Read straight into the string that is handed back, so the file is
-        // copied once and memory peaks at its size. (Asking for huge pages
-        // for this buffer was measured here: it made first touch slower.)
-        std::string data(static_cast<std::size_t>(size), '\0');
-        std::size_t got = 0;
-        if (!ReadFully(fd.get(), data.data(), data.size(), got, error)) return false;
-        data.resize(got);  // the file shrank while it was read
-        out = std::move(data);
+        // copied once and memory peaks at its size.
+        if (const int err = ReadRegularFile(fd.get(), size, out); err != 0) {
+          errno = err;
+          return FailErrno(error);
+        }
         return true;
       }
       // Pipes and files that do not know their size: read until the end.
