@@ -394,7 +394,23 @@ bool FtpServer::LaunchProftpd(std::string* why) {
   return false;
 }
 
+// A test process that was killed leaves its vsftpd login service behind:
+// remove those whose password database has gone with their server.
+static void RemoveStaleVsftpdServices() {
+  std::error_code ec;
+  for (const auto& entry : std::filesystem::directory_iterator("/etc/pam.d", ec)) {
+    const std::string name = entry.path().filename().string();
+    if (name.rfind("tolva-tolva-ftpd-vsftpd-", 0) != 0) continue;
+    const std::string text = ReadWholeFile(entry.path().string());
+    const std::size_t at = text.find("db=");
+    if (at == std::string::npos) continue;
+    const std::string db = text.substr(at + 3, text.find_first_of(" \n", at) - at - 3);
+    if (::access((db + ".db").c_str(), F_OK) != 0) ::unlink(entry.path().c_str());
+  }
+}
+
 bool FtpServer::LaunchVsftpd(std::string* why) {
+  RemoveStaleVsftpdServices();
   // vsftpd logs a virtual user in through PAM and then runs the session as
   // a real account. The password lives in a Berkeley DB read by pam_userdb
   // (written with perl's DB_File, linked against the same libdb), named by
