@@ -352,8 +352,7 @@ bool FtpServer::LaunchProftpd(std::string* why) {
   // proftpd refuses world-readable user files.
   ::chmod((work_ + "/passwd").c_str(), 0600);
   ::chmod((work_ + "/group").c_str(), 0600);
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    port_ = PickFreePort();
+  return SpawnOnFreePort(why, [&] {
     std::ofstream conf(work_ + "/proftpd.conf", std::ios::trunc);
     conf << "ServerName \"tolva test\"\n"
          << "ServerType standalone\n"
@@ -382,16 +381,8 @@ bool FtpServer::LaunchProftpd(std::string* why) {
          << "TimeoutIdle 600\n"
          << "TimeoutNoTransfer 600\n"
          << "<Limit SITE_CHMOD>\n  AllowAll\n</Limit>\n";
-    conf.close();
-    if (!process_.Spawn({kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"}, work_ + "/server.log")) {
-      *why = "fork failed";
-      return false;
-    }
-    if (WaitForGreeting(port_, 5000)) return true;
-    process_.Stop();  // the port was taken in between: try another
-  }
-  *why = "did not start listening";
-  return false;
+    return std::vector<std::string>{kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"};
+  });
 }
 
 // A test process that was killed leaves its vsftpd login service behind:
@@ -443,8 +434,7 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
   const std::string empty = work_ + "/empty";  // vsftpd's unprivileged chroot
   ::mkdir(empty.c_str(), 0755);
   const std::string dir = FtpDaemonDir();
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    port_ = PickFreePort();
+  return SpawnOnFreePort(why, [&] {
     std::ofstream conf(work_ + "/vsftpd.conf", std::ios::trunc);
     conf << "listen=YES\nlisten_ipv6=NO\nlisten_address=127.0.0.1\n"
          << "listen_port=" << port_ << "\n"
@@ -462,16 +452,8 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
          << "max_clients=64\nmax_per_ip=64\n"
          << "idle_session_timeout=600\ndata_connection_timeout=600\n"
          << "delay_failed_login=0\nforce_dot_files=YES\n";
-    conf.close();
-    if (!process_.Spawn({dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"}, work_ + "/server.log")) {
-      *why = "fork failed";
-      return false;
-    }
-    if (WaitForGreeting(port_, 5000)) return true;
-    process_.Stop();
-  }
-  *why = "did not start listening";
-  return false;
+    return std::vector<std::string>{dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"};
+  });
 }
 
 bool FtpServer::LaunchPureFtpd(std::string* why) {
@@ -493,13 +475,20 @@ bool FtpServer::LaunchPureFtpd(std::string* why) {
     *why = "pure-pw could not make the user database";
     return false;
   }
+  return SpawnOnFreePort(why, [&] {
+    return std::vector<std::string>{dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
+                                    "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
+                                    // listings stop at 2000 names unless told otherwise
+                                    "-L", "100000:8"};
+  });
+}
+
+bool FtpServer::SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command) {
+  // A daemon told its port cannot report a port taken in the meantime other
+  // than by never greeting: then try another.
   for (int attempt = 0; attempt < 3; ++attempt) {
     port_ = PickFreePort();
-    if (!process_.Spawn({dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
-                         "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
-                         // listings stop at 2000 names unless told otherwise
-                         "-L", "100000:8"},
-                        work_ + "/server.log")) {
+    if (!process_.Spawn(command(), work_ + "/server.log")) {
       *why = "fork failed";
       return false;
     }

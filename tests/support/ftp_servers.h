@@ -15,6 +15,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -85,6 +86,9 @@ class FtpServer {
   bool LaunchProftpd(std::string* why);
   bool LaunchVsftpd(std::string* why);
   bool LaunchPureFtpd(std::string* why);
+  // Picks a free port, runs the daemon `command` gives for it (it may
+  // write a configuration naming port_) and waits for its greeting.
+  bool SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command);
 
   FtpServerKind kind_ = FtpServerKind::kPyftpdlib;
   std::string work_;  // temporary directory: config, logs, root
