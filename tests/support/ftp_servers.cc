@@ -100,8 +100,7 @@ std::vector<FtpServerKind> AvailableFtpServers() {
       notices.push_back("vsftpd: needs root, the tests run unprivileged");
     } else if (!FileExecutable(dir + "/usr/sbin/vsftpd")) {
       notices.push_back("vsftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
-    } else if (::access("/etc/pam.d", W_OK) != 0 ||
-               std::system("/usr/bin/perl -MDB_File -e 1 >/dev/null 2>&1") != 0) {
+    } else if (::access("/etc/pam.d", W_OK) != 0 || std::system("/usr/bin/perl -MDB_File -e 1 >/dev/null 2>&1") != 0) {
       notices.push_back("vsftpd: needs a writable /etc/pam.d and perl's DB_File for its PAM user database");
     } else {
       kinds.push_back(FtpServerKind::kVsftpd);
@@ -415,9 +414,10 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
     return false;
   }
   const std::string users = work_ + "/users";
-  const std::string make_db = "/usr/bin/perl -MDB_File -MFcntl -e 'tie my %h, \"DB_File\", $ARGV[0], "
-                              "O_RDWR|O_CREAT, 0600, $DB_HASH or die; $h{$ARGV[1]} = $ARGV[2]' '" +
-                              users + ".db' '" + user_ + "' '" + password_ + "' >/dev/null 2>&1";
+  const std::string make_db =
+      "/usr/bin/perl -MDB_File -MFcntl -e 'tie my %h, \"DB_File\", $ARGV[0], "
+      "O_RDWR|O_CREAT, 0600, $DB_HASH or die; $h{$ARGV[1]} = $ARGV[2]' '" +
+      users + ".db' '" + user_ + "' '" + password_ + "' >/dev/null 2>&1";
   if (std::system(make_db.c_str()) != 0) {
     *why = "perl DB_File could not write the password database";
     return false;
@@ -426,8 +426,8 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
   std::string service = "tolva-" + std::filesystem::path(work_).filename().string();
   for (char& c : service) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   pam_service_file_ = "/etc/pam.d/" + service;
-  if (!WriteWholeFile(pam_service_file_, "auth required pam_userdb.so db=" + users +
-                                             "\naccount required pam_permit.so\n")) {
+  if (!WriteWholeFile(pam_service_file_,
+                      "auth required pam_userdb.so db=" + users + "\naccount required pam_permit.so\n")) {
     *why = "cannot write " + pam_service_file_;
     return false;
   }
@@ -444,7 +444,8 @@ bool FtpServer::LaunchVsftpd(std::string* why) {
          << "pam_service_name=" << service << "\n"
          << "chroot_local_user=YES\nallow_writeable_chroot=YES\n"
          << "local_root=" << root_ << "\n"
-         << "secure_chroot_dir=" << empty << "\n"
+         << "secure_chroot_dir=" << empty
+         << "\n"
          // Containers often forbid the namespaces and filters vsftpd would
          // otherwise set up for itself.
          << "seccomp_sandbox=NO\nisolate=NO\nisolate_network=NO\n"
@@ -465,7 +466,8 @@ bool FtpServer::LaunchPureFtpd(std::string* why) {
     return false;
   }
   const std::string dir = FtpDaemonDir();
-  if (!WriteWholeFile(work_ + "/passwd", user_ + ":" + kPasswordHash + ":65534:65534::" + root_ + "/./::::::::::::\n")) {
+  if (!WriteWholeFile(work_ + "/passwd",
+                      user_ + ":" + kPasswordHash + ":65534:65534::" + root_ + "/./::::::::::::\n")) {
     *why = "cannot write the password file";
     return false;
   }

@@ -91,7 +91,7 @@ class FtpServer {
   bool SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command);
 
   FtpServerKind kind_ = FtpServerKind::kPyftpdlib;
-  std::string work_;  // temporary directory: config, logs, root
+  std::string work_;              // temporary directory: config, logs, root
   std::string pam_service_file_;  // vsftpd's login service, removed on stop
   std::string root_;
   std::string user_ = "tolva";

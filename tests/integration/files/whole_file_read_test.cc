@@ -67,10 +67,10 @@ TEST_F(WholeFileReadTest, AFileShorterOrLongerThanAskedGivesWhatItHas) {
     std::size_t file;
     std::size_t asked;
   } cases[] = {
-      {10, 100},                          // shrank before the read: what is there
-      {70 * kMiB, 96 * kMiB},             // shrank, read in parts: the last part comes up short
-      {33 * kMiB, 96 * kMiB},             // shrank into the first part: later parts find nothing
-      {96 * kMiB, 70 * kMiB},             // grew: only the bytes asked for
+      {10, 100},               // shrank before the read: what is there
+      {70 * kMiB, 96 * kMiB},  // shrank, read in parts: the last part comes up short
+      {33 * kMiB, 96 * kMiB},  // shrank into the first part: later parts find nothing
+      {96 * kMiB, 70 * kMiB},  // grew: only the bytes asked for
   };
   for (const Case& c : cases) {
     const std::string bytes = RandomBytes(c.file, static_cast<unsigned>(c.file));
