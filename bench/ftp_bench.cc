@@ -27,6 +27,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/ftp_servers.h"
@@ -180,8 +181,12 @@ void Measure(benchmark::State& state, const std::string& name, std::uint64_t byt
     // Every run starts with no dirty pages waiting: otherwise a run pays
     // for writing back the gigabyte the run before it left, and the order
     // of the benchmarks decides the ratios.
+    // And the server has settled: proftpd's master waits 400 ms after a
+    // session ends before it accepts the next, which would otherwise be
+    // timed as part of whichever login comes next.
     state.PauseTiming();
     ::sync();
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
     state.ResumeTiming();
     const auto start = std::chrono::steady_clock::now();
     if (!body()) {
