@@ -57,6 +57,57 @@ bool FileExecutable(const std::string& path) {
   return ::access(path.c_str(), X_OK) == 0;
 }
 
+// Sends `line` (unless empty) and reads one reply, multi-line ones whole;
+// its code, or -1 on a closed or silent connection.
+int Exchange(int fd, const std::string& line) {
+  if (!line.empty() && ::send(fd, line.data(), line.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(line.size()))
+    return -1;
+  std::string text;
+  for (;;) {
+    // The reply is complete when its last line starts with the code and a blank.
+    for (std::size_t start = 0, end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
+      if (end - start >= 4 && text[start + 3] == ' ' && text.compare(0, 3, text, start, 3) == 0)
+        return std::atoi(text.substr(0, 3).c_str());
+    }
+    pollfd p{fd, POLLIN, 0};
+    char buf[4096];
+    if (::poll(&p, 1, 5000) != 1) return -1;
+    const ssize_t n = ::recv(fd, buf, sizeof buf, 0);
+    if (n <= 0) return -1;
+    text.append(buf, static_cast<std::size_t>(n));
+  }
+}
+
+// True when the server logs its user in: the daemons that run as root need
+// privileges (chroot, switching users) a container may not grant.
+bool LoginWorks(FtpServer& server) {
+  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (fd < 0) return false;
+  sockaddr_in addr{};
+  addr.sin_family = AF_INET;
+  addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  addr.sin_port = htons(server.Port());
+  const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 && Exchange(fd, "") == 220 &&
+                  Exchange(fd, "USER " + server.User() + "\r\n") == 331 &&
+                  Exchange(fd, "PASS " + server.Password() + "\r\n") == 230 && Exchange(fd, "PWD\r\n") == 257;
+  ::close(fd);
+  return ok;
+}
+
+// Adds `kind` when a server of it starts and logs in here, else says why.
+void AddIfUsable(FtpServerKind kind, std::vector<FtpServerKind>& kinds, std::vector<std::string>& notices) {
+  std::string why;
+  auto server = FtpServer::Start(kind, &why);
+  if (!server) {
+    notices.push_back(FtpServerName(kind) + ": does not start here: " + why.substr(0, why.find('\n')));
+  } else if (!LoginWorks(*server)) {
+    notices.push_back(FtpServerName(kind) +
+                      ": starts but cannot log its user in here (chroot or user switch refused?)");
+  } else {
+    kinds.push_back(kind);
+  }
+}
+
 }  // namespace
 
 std::string FtpServerName(FtpServerKind kind) {
@@ -103,14 +154,14 @@ std::vector<FtpServerKind> AvailableFtpServers() {
     } else if (::access("/etc/pam.d", W_OK) != 0 || std::system("/usr/bin/perl -MDB_File -e 1 >/dev/null 2>&1") != 0) {
       notices.push_back("vsftpd: needs a writable /etc/pam.d and perl's DB_File for its PAM user database");
     } else {
-      kinds.push_back(FtpServerKind::kVsftpd);
+      AddIfUsable(FtpServerKind::kVsftpd, kinds, notices);
     }
     if (!root) {
       notices.push_back("pure-ftpd: needs root, the tests run unprivileged");
     } else if (!FileExecutable(dir + "/usr/sbin/pure-ftpd") || !FileExecutable(dir + "/usr/bin/pure-pw")) {
       notices.push_back("pure-ftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
     } else {
-      kinds.push_back(FtpServerKind::kPureFtpd);
+      AddIfUsable(FtpServerKind::kPureFtpd, kinds, notices);
     }
     for (const auto& n : notices) std::cerr << "NOTICE: FTP server skipped: " << n << "\n";
   });

@@ -28,8 +28,9 @@ enum class FtpServerKind { kPyftpdlib, kProftpd, kVsftpd, kPureFtpd };
 std::string FtpServerName(FtpServerKind kind);
 
 // The kinds whose daemon is installed and can run as the current user
-// (vsftpd and pure-ftpd need root). Prints a notice to stderr, once, for each
-// kind it leaves out and why.
+// (vsftpd and pure-ftpd need root, and are tried once with a real login, as
+// a container may refuse them chroot or a user switch). Prints a notice to
+// stderr, once, for each kind it leaves out and why.
 std::vector<FtpServerKind> AvailableFtpServers();
 
 // Where the unpacked daemons live (scripts/install.d/ftp-daemons.sh):
