@@ -7,7 +7,7 @@ set(tolva_fuzz_dir ${CMAKE_CURRENT_LIST_DIR})
 add_executable(fuzz_delimited_replay ${tolva_fuzz_dir}/delimited_fuzz.cc ${tolva_fuzz_dir}/replay_main.cc)
 target_link_libraries(fuzz_delimited_replay PRIVATE tolva_test_support)
 target_compile_options(fuzz_delimited_replay PRIVATE ${TOLVA_WARNINGS})
-add_test(NAME fuzz_delimited_replay COMMAND fuzz_delimited_replay ${tolva_fuzz_dir}/corpus/delimited)
+tolva_add_test(fuzz_delimited_replay fuzz_delimited_replay ${tolva_fuzz_dir}/corpus/delimited)
 set_tests_properties(fuzz_delimited_replay PROPERTIES LABELS fuzz TIMEOUT 300)
 
 if(TOLVA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
