@@ -1,18 +1,17 @@
 // Message boxes, file dialogs, the filter conversion and the hex view of
-// the Qt binding; modal windows are answered by a timer, as a user would.
+// the Qt binding; modal windows are answered as a user would.
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
-
-#include <QDir>
 
 #include <algorithm>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,155 +24,132 @@
 namespace tolva {
 namespace {
 
-// Runs `answer` on the first modal window that appears.
-void AnswerNextModal(std::function<void(QWidget*)> answer) {
-  auto* timer = new QTimer(qApp);
-  QObject::connect(timer, &QTimer::timeout, [timer, answer] {
-    if (QWidget* modal = QApplication::activeModalWidget()) {
-      timer->stop();
-      timer->deleteLater();
-      answer(modal);
-    }
-  });
-  timer->start(10);
-}
+// Answers the modal window a member shows, again on every tick for as long
+// as one is open. A single answer can come too early to count (a file
+// dialog that gives its name field the focus after the answer was typed,
+// or that is still reading its folder); giving it again until the window
+// has closed leaves nothing to the timing of a busy machine.
+class ModalAnswerer {
+ public:
+  explicit ModalAnswerer(std::function<void(QWidget*)> answer) {
+    QObject::connect(&timer_, &QTimer::timeout, [answer] {
+      if (QWidget* modal = QApplication::activeModalWidget()) answer(modal);
+    });
+    timer_.start(10);
+  }
+
+ private:
+  QTimer timer_;
+};
 
 class QtDialogs : public ::testing::Test {
  protected:
   void SetUp() override {
     if (!qt::GuiReady()) GTEST_SKIP() << "no QApplication here";
-    platform::Services services;
-    services.windows = std::make_shared<qt::QtWindowServices>();
-    c = std::make_unique<Tolva2011Register>(services);
   }
-  std::unique_ptr<Tolva2011Register> c;
+  Tolva2011Register c{qt::QtServices()};
 };
 
 TEST_F(QtDialogs, MessageBoxesShowTheirButtonsAndAnswerClassicCodes) {
-  struct Row {
-    std::string label;
-    Long buttons;
-    QMessageBox::StandardButton press;  // NoButton: press the default button
-    std::vector<QMessageBox::StandardButton> shown;
-    Long expected;
-  };
   using B = QMessageBox;
-  const std::vector<Row> rows = {
-      {"OK", 0, B::Ok, {B::Ok}, 1},
-      {"OK/Cancel, cancel", 1, B::Cancel, {B::Ok, B::Cancel}, 2},
-      {"Abort/Retry/Ignore, ignore", 2, B::Ignore, {B::Abort, B::Retry, B::Ignore}, 5},
-      {"Yes/No/Cancel, yes", 3, B::Yes, {B::Yes, B::No, B::Cancel}, 6},
-      {"Yes/No, no", 4, B::No, {B::Yes, B::No}, 7},
-      {"Retry/Cancel, retry", 5, B::Retry, {B::Retry, B::Cancel}, 4},
-      {"Yes/No with the second as default", 4 + 0x100, B::NoButton, {B::Yes, B::No}, 7},
-      {"Yes/No/Cancel with the third as default", 3 + 0x200, B::NoButton, {B::Yes, B::No, B::Cancel}, 2},
-  };
-  for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    std::string caption, text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    std::vector<QMessageBox::StandardButton> shown;
-    AnswerNextModal([&](QWidget* w) {
-      auto* box = qobject_cast<QMessageBox*>(w);
-      ASSERT_NE(box, nullptr);
-      caption = box->windowTitle().toStdString();
-      text = box->text().toStdString();
-      icon = box->icon();
-      for (QAbstractButton* b : box->buttons()) shown.push_back(box->standardButton(b));
-      if (r.press == QMessageBox::NoButton)
-        box->defaultButton()->click();
-      else
-        box->button(r.press)->click();
-    });
-    const Variant pressed = c->MessageQuery("Save <b>changes</b>?", r.buttons);
-    EXPECT_EQ(pressed.AsLong(), r.expected);
-    EXPECT_EQ(caption, "Tolva Query");
-    EXPECT_EQ(text, "Save <b>changes</b>?");
-    EXPECT_EQ(icon, QMessageBox::Question);
-    std::sort(shown.begin(), shown.end());
-    std::vector<QMessageBox::StandardButton> want = r.shown;
-    std::sort(want.begin(), want.end());
-    EXPECT_EQ(shown, want);
-  }
-}
-
-TEST_F(QtDialogs, TheFourBoxesCarryTheirCaptionsAndIcons) {
   struct Row {
     std::string label;
-    std::function<void()> show;
+    std::function<Long()> show;
+    B::StandardButton press;  // NoButton: press the default button
+    std::vector<B::StandardButton> shown;
+    Long expected;
     std::string caption;
-    QMessageBox::Icon icon;
+    B::Icon icon;
   };
+  const std::string kText = "Save <b>x</b>?";  // shown as plain text, never as markup
+  auto query = [&](Long buttons) { return [&, buttons] { return c.MessageQuery(kText, buttons).AsLong(); }; };
   const std::vector<Row> rows = {
-      {"error", [&] { c->MessageError("e"); }, "Tolva Error", QMessageBox::Critical},
-      {"information", [&] { c->MessageInfo("i"); }, "Tolva Information", QMessageBox::Information},
-      {"warning", [&] { c->MessageWarn("w"); }, "Tolva Warning", QMessageBox::Warning},
+      {"OK", query(0), B::Ok, {B::Ok}, 1, "Tolva Query", B::Question},
+      {"OK/Cancel, cancel", query(1), B::Cancel, {B::Ok, B::Cancel}, 2, "Tolva Query", B::Question},
+      {"Abort/Retry/Ignore", query(2), B::Ignore, {B::Abort, B::Retry, B::Ignore}, 5, "Tolva Query", B::Question},
+      {"Yes/No/Cancel, yes", query(3), B::Yes, {B::Yes, B::No, B::Cancel}, 6, "Tolva Query", B::Question},
+      {"Retry/Cancel, retry", query(5), B::Retry, {B::Retry, B::Cancel}, 4, "Tolva Query", B::Question},
+      {"second default", query(4 + 0x100), B::NoButton, {B::Yes, B::No}, 7, "Tolva Query", B::Question},
+      {"third default", query(3 + 0x200), B::NoButton, {B::Yes, B::No, B::Cancel}, 2, "Tolva Query", B::Question},
+      {"error", [&] { return c.MessageError(kText), 1; }, B::Ok, {B::Ok}, 1, "Tolva Error", B::Critical},
+      {"information", [&] { return c.MessageInfo(kText), 1; }, B::Ok, {B::Ok}, 1, "Tolva Information", B::Information},
+      {"warning", [&] { return c.MessageWarn(kText), 1; }, B::Ok, {B::Ok}, 1, "Tolva Warning", B::Warning},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    std::string caption;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    AnswerNextModal([&](QWidget* w) {
-      auto* box = qobject_cast<QMessageBox*>(w);
-      ASSERT_NE(box, nullptr);
-      caption = box->windowTitle().toStdString();
-      icon = box->icon();
-      box->button(QMessageBox::Ok)->click();
-    });
-    r.show();
-    EXPECT_EQ(caption, r.caption);
-    EXPECT_EQ(icon, r.icon);
+    std::string caption, text;
+    B::Icon icon = B::NoIcon;
+    std::vector<B::StandardButton> shown;
+    Long got = 0;
+    {
+      ModalAnswerer answer([&](QWidget* w) {
+        auto* box = qobject_cast<QMessageBox*>(w);
+        if (!box) return;
+        caption = box->windowTitle().toStdString();
+        text = box->text().toStdString();
+        icon = box->icon();
+        shown.clear();
+        for (QAbstractButton* b : box->buttons()) shown.push_back(box->standardButton(b));
+        (r.press == B::NoButton ? box->defaultButton() : box->button(r.press))->click();
+      });
+      got = r.show();
+    }
+    EXPECT_EQ(got, r.expected) << r.label;
+    EXPECT_EQ(caption, r.caption) << r.label;
+    EXPECT_EQ(text, kText) << r.label;
+    EXPECT_EQ(icon, r.icon) << r.label;
+    std::vector<B::StandardButton> want = r.shown;
+    std::sort(shown.begin(), shown.end());
+    std::sort(want.begin(), want.end());
+    EXPECT_EQ(shown, want) << r.label;
   }
 }
 
 TEST_F(QtDialogs, FileDialogsReturnTheChoiceOrACancel) {
-  const std::string here = QDir::currentPath().toStdString();
-  std::vector<QString> filters;
-  AnswerNextModal([&](QWidget* w) {
-    auto* dialog = qobject_cast<QFileDialog*>(w);
-    ASSERT_NE(dialog, nullptr);
-    const QStringList names = dialog->nameFilters();
-    filters.assign(names.begin(), names.end());
-    dialog->selectFile(QStringLiteral("chosen.csv"));
-    QMetaObject::invokeMethod(dialog, "accept");  // what the Save button does
-  });
+  QTemporaryDir dir;  // empty: no existing file makes the save dialog ask to overwrite
+  ASSERT_TRUE(dir.isValid());
+  const std::string here = dir.path().toStdString();
+  QStringList filters;
   std::string path, error;
-  EXPECT_EQ(c->DialogFileSave2(path, error, "Save", "", here), kTrue);
-  EXPECT_EQ(path, here + "/chosen.csv");
-  EXPECT_EQ(error, "");
-  ASSERT_FALSE(filters.empty());
-  EXPECT_EQ(filters[0].toStdString(), "All Files (*)");
+  {
+    ModalAnswerer answer([&](QWidget* w) {
+      auto* dialog = qobject_cast<QFileDialog*>(w);
+      if (!dialog) return;
+      filters = dialog->nameFilters();
+      // Typed into the name field, as a user does: selectFile leaves the
+      // field alone while it has the focus.
+      if (auto* name = dialog->findChild<QLineEdit*>("fileNameEdit")) name->setText(QStringLiteral("chosen.csv"));
+      static_cast<QDialog*>(dialog)->accept();  // what the Save button does
+    });
+    EXPECT_EQ(c.DialogFileSave2(path, error, "Save", "", here), kTrue);
+  }
+  EXPECT_EQ(path + "|" + error, here + "/chosen.csv|");
+  EXPECT_EQ(filters.value(0).toStdString(), "All Files (*)");
 
-  AnswerNextModal([](QWidget* w) { qobject_cast<QDialog*>(w)->reject(); });
   path = "kept";
-  EXPECT_EQ(c->DialogFileOpen2(path, error, "Open"), kFalse);
-  EXPECT_EQ(path, "kept");
-  EXPECT_EQ(error, "");
+  {
+    ModalAnswerer answer([](QWidget* w) {
+      if (auto* dialog = qobject_cast<QDialog*>(w)) dialog->reject();
+    });
+    EXPECT_EQ(c.DialogFileOpen2(path, error, "Open"), kFalse);
+  }
+  EXPECT_EQ(path + "|" + error, "kept|");
 }
 
 TEST(NameFilters, TheDialogFilterBecomesQtNameFilters) {
   struct Row {
-    std::string label, filter;
-    std::vector<std::string> expected;
+    std::string filter;
+    QStringList expected;
   };
   const std::vector<Row> rows = {
-      {"pairs, a description's own patterns dropped",
-       "All Files|*.*|Text Files (*.txt)|*.txt",
-       {"All Files (*)", "Text Files (*.txt)"}},
-      {"several patterns", "Graphic Files|*.gif; *.jpeg;*.bmp", {"Graphic Files (*.gif *.jpeg *.bmp)"}},
-      {"kept as written, odd pattern included", "HTML Files|*.html; &.htm", {"HTML Files (*.html &.htm)"}},
-      {"a description without patterns matches all", "Anything", {"Anything (*)"}},
-      {"empty pieces are skipped", "|*.csv||", {"*.csv (*.csv)"}},
-      {"nothing", "", {}},
+      {"All Files|*.*|Text Files (*.txt)|*.txt", {"All Files (*)", "Text Files (*.txt)"}},
+      {"Graphic Files|*.gif; *.jpeg;*.bmp", {"Graphic Files (*.gif *.jpeg *.bmp)"}},
+      {"HTML Files|*.html; &.htm", {"HTML Files (*.html &.htm)"}},
+      {"Anything", {"Anything (*)"}},
+      {"|*.csv||", {"*.csv (*.csv)"}},
+      {"", {}},
   };
-  for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    std::vector<std::string> got;
-    for (const QString& f : qt::NameFilters(r.filter)) got.push_back(f.toStdString());
-    EXPECT_EQ(got, r.expected);
-  }
-  Tolva2011Register c{platform::Services{}};
-  EXPECT_EQ(qt::NameFilters(c.DialogFilter()).size(), 10);
+  for (const Row& r : rows) EXPECT_EQ(qt::NameFilters(r.filter), r.expected) << r.filter;
+  EXPECT_EQ(qt::NameFilters(Tolva2011Register{platform::Services{}}.DialogFilter()).size(), 10);
 }
 
 TEST(FileViewer, HexAndTextViews) {
