@@ -1,5 +1,6 @@
 // A host form for unit tests: plain fields for its place, size, border and
-// window state, and a log of every property it was given.
+// window state, a log of every property it was given, and a count of the
+// times it was given the standard style.
 #ifndef TOLVA_TESTS_FAKES_FAKE_FORM_H_
 #define TOLVA_TESTS_FAKES_FAKE_FORM_H_
 
@@ -24,9 +25,11 @@ class FakeForm : public Form {
   void Height(Single twips) override { Log("Height", twips), height = twips; }
   Integer BorderStyle() const override { return border; }
   Integer WindowState() const override { return state; }
+  void ApplyStandardStyle() override { ++styled; }
 
   Integer border;
   Integer state = 0;
+  int styled = 0;
   Single left = 0, top = 0, width, height;
   std::vector<std::string> sets;  // "Width=7200", in the order given
 

@@ -26,10 +26,7 @@ class FakeWindowServices : public platform::WindowServices {
   explicit FakeWindowServices(double dpi = 96) { SetDpi(dpi); }
   void SetDpi(double dpi) { twips_per_pixel = dpi > 0 ? 1440.0 / dpi : 0; }
 
-  int SystemMetric(int index) override {
-    auto it = metrics.find(index);
-    return it == metrics.end() ? 0 : it->second;
-  }
+  int SystemMetric(int index) override { return metrics.count(index) ? metrics[index] : 0; }
   double TwipsPerPixelX() override { return twips_per_pixel; }
   double TwipsPerPixelY() override { return twips_per_pixel; }
   platform::WorkArea ScreenWorkArea() override { return work_area; }
@@ -37,7 +34,10 @@ class FakeWindowServices : public platform::WindowServices {
     boxes.push_back({text, caption, flags});
     return answer;
   }
-  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec& font) override;
+  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec& font) override {
+    fonts.push_back(font);
+    return std::make_unique<Measurer>(*this);
+  }
 
   double twips_per_pixel = 15;
   std::map<int, int> metrics;       // GetSystemMetrics index -> pixels
@@ -45,9 +45,18 @@ class FakeWindowServices : public platform::WindowServices {
   int answer = 1;                   // the button every message box returns
   std::vector<Box> boxes;           // every message box shown
   double pixels_per_character = 7;  // width of every character in the measurer
-  int measurers_made = 0;
   long long strings_measured = 0;
   std::vector<FontSpec> fonts;  // the font of every measurer made
+
+ private:
+  struct Measurer : platform::TextMeasurer {
+    explicit Measurer(FakeWindowServices& owner) : owner(owner) {}
+    double TextWidthTwips(const std::string& text) override {
+      ++owner.strings_measured;
+      return static_cast<double>(text.size()) * owner.pixels_per_character * owner.twips_per_pixel;
+    }
+    FakeWindowServices& owner;
+  };
 };
 
 }  // namespace tolva::fakes

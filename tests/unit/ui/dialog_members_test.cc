@@ -13,26 +13,19 @@
 namespace tolva {
 namespace {
 
+constexpr const char* kNoWindows = "No window can be shown on this display.";
+
 // A window service that records its requests and answers as scripted.
-class ScriptedWindows : public fakes::FakeWindowServices {
- public:
+struct ScriptedWindows : fakes::FakeWindowServices {
   platform::FileDialogResult FileDialog(const platform::FileDialogRequest& request) override {
-    requests.push_back(request);
-    return dialog_answer;
+    return requests.push_back(request), dialog_answer;
   }
-  bool AboutBox(const platform::AboutInfo& about) override {
-    abouts.push_back(about);
-    return true;
-  }
+  bool AboutBox(const platform::AboutInfo& about) override { return abouts.push_back(about), true; }
   bool ViewFile(const std::string& path, const std::string& caption, std::string& error) override {
     viewed.push_back(path + "|" + caption);
-    error = view_error;
-    return view_error.empty();
+    return (error = view_error).empty();
   }
-  bool OpenUrl(const std::string& url) override {
-    urls.push_back(url);
-    return true;
-  }
+  bool OpenUrl(const std::string& url) override { return urls.push_back(url), true; }
   platform::FileDialogResult dialog_answer;
   std::vector<platform::FileDialogRequest> requests;
   std::vector<platform::AboutInfo> abouts;
@@ -41,14 +34,15 @@ class ScriptedWindows : public fakes::FakeWindowServices {
 };
 
 struct Fixture {
-  Fixture() {
-    services.windows = windows;
+  // `windows`: the scripted service, or (false) the default one that refuses every dialog.
+  explicit Fixture(bool scripted = true) {
+    platform::Services services;
+    services.windows = scripted ? windows : std::make_shared<fakes::FakeWindowServices>();
     services.files = files;
     c = std::make_unique<Tolva2011Register>(services);
   }
   std::shared_ptr<ScriptedWindows> windows = std::make_shared<ScriptedWindows>();
   std::shared_ptr<fakes::FakeFileSystem> files = std::make_shared<fakes::FakeFileSystem>();
-  platform::Services services;
   std::unique_ptr<Tolva2011Register> c;
 };
 
@@ -58,52 +52,49 @@ TEST(FileDialogs, OutcomesBecomeResultsAndTexts) {
     std::string label;
     bool save;
     DialogOutcome outcome;
+    std::string filter;
     Boolean expected;
     std::string expected_path, expected_error;
   };
   const std::vector<Row> rows = {
-      {"open, chosen", false, DialogOutcome::kChosen, kTrue, "/data/a.csv", ""},
-      {"save, chosen", true, DialogOutcome::kChosen, kTrue, "/data/a.csv", ""},
-      {"cancelled: false without a text, path kept", false, DialogOutcome::kCancelled, kFalse, "keep", ""},
-      {"no dialog possible", true, DialogOutcome::kUnavailable, kFalse, "keep",
-       "No window can be shown on this display."},
+      {"open, chosen", false, DialogOutcome::kChosen, "", kTrue, "/data/a.csv", ""},
+      {"save, chosen, own filter", true, DialogOutcome::kChosen, "Text|*.txt", kTrue, "/data/a.csv", ""},
+      {"cancelled: false without a text, path kept", false, DialogOutcome::kCancelled, "", kFalse, "keep", ""},
+      {"no dialog possible", true, DialogOutcome::kUnavailable, "", kFalse, "keep", kNoWindows},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
     Fixture f;
     f.windows->dialog_answer = {r.outcome, "/data/a.csv"};
     std::string path = "keep", error = "stale";
-    const Boolean got = r.save ? f.c->DialogFileSave2(path, error, "Save as", "", "C:\\data\\x.csv")
-                               : f.c->DialogFileOpen2(path, error, "Open", "", "C:\\data\\x.csv");
-    EXPECT_EQ(got, r.expected);
-    EXPECT_EQ(path, r.expected_path);
-    EXPECT_EQ(error, r.expected_error);
-    ASSERT_EQ(f.windows->requests.size(), 1u);
-    EXPECT_EQ(f.windows->requests[0].save, r.save);
-    EXPECT_EQ(f.windows->requests[0].filter, f.c->DialogFilter());  // empty filter: the default
-    EXPECT_EQ(f.windows->requests[0].initial_path, "C:/data/x.csv");
+    const Boolean got = r.save ? f.c->DialogFileSave2(path, error, "Save as", r.filter, "C:\\data\\x.csv")
+                               : f.c->DialogFileOpen2(path, error, "Open", r.filter, "C:\\data\\x.csv");
+    EXPECT_EQ(got, r.expected) << r.label;
+    EXPECT_EQ(path, r.expected_path) << r.label;
+    EXPECT_EQ(error, r.expected_error) << r.label;
+    ASSERT_EQ(f.windows->requests.size(), 1u) << r.label;
+    EXPECT_EQ(f.windows->requests[0].save, r.save) << r.label;
+    EXPECT_EQ(f.windows->requests[0].filter, r.filter.empty() ? f.c->DialogFilter() : r.filter) << r.label;
+    EXPECT_EQ(f.windows->requests[0].initial_path, "C:/data/x.csv") << r.label;
   }
 }
 
-TEST(FileDialogs, AGivenFilterIsPassedAndNoServiceIsAnError) {
-  Fixture f;
-  f.windows->dialog_answer = {platform::DialogOutcome::kCancelled, ""};
+TEST(WindowMembers, WithoutAWindowTheyFailWithAText) {
   std::string path, error;
-  f.c->DialogFileOpen2(path, error, "", "Text|*.txt");
-  EXPECT_EQ(f.windows->requests.at(0).filter, "Text|*.txt");
-
   Tolva2011Register bare{platform::Services{}};
   EXPECT_EQ(bare.DialogFileOpen2(path, error), kFalse);
-  EXPECT_EQ(error, "No window can be shown on this display.");
-  // The console-less default of the window service refuses too.
-  platform::Services plain;
-  plain.windows = std::make_shared<fakes::FakeWindowServices>();
-  Tolva2011Register console(plain);
-  EXPECT_EQ(console.DialogFileSave2(path, error), kFalse);
-  EXPECT_EQ(error, "No window can be shown on this display.");
-  EXPECT_EQ(console.ShowTolvaAboutBox(error), kFalse);
-  EXPECT_EQ(console.LoadURL("http://127.0.0.1/", error), kFalse);
+  EXPECT_EQ(error, kNoWindows);
+  Fixture console(false);
+  EXPECT_EQ(console.c->DialogFileSave2(path, error), kFalse);
+  EXPECT_EQ(error, kNoWindows);
+  EXPECT_EQ(console.c->ShowTolvaAboutBox(error), kFalse);
+  EXPECT_EQ(error, kNoWindows);
+  EXPECT_EQ(console.c->LoadURL("http://127.0.0.1/", error), kFalse);
   EXPECT_EQ(error, "URL [http://127.0.0.1/] can't be opened.");
+  Fixture scripted;
+  EXPECT_EQ(scripted.c->LoadURL("  ", error), kFalse);
+  EXPECT_EQ(error, "URL has not been defined.");
+  EXPECT_EQ(scripted.c->LoadURL("https://example.org/", error), kTrue);
+  EXPECT_EQ(scripted.windows->urls, std::vector<std::string>({"https://example.org/"}));
 }
 
 TEST(AboutBox, ShowsTheProgramProperties) {
@@ -115,9 +106,8 @@ TEST(AboutBox, ShowsTheProgramProperties) {
   EXPECT_EQ(f.c->ShowTolvaAboutBox(error), kTrue);
   EXPECT_EQ(error, "");
   ASSERT_EQ(f.windows->abouts.size(), 1u);
-  EXPECT_EQ(f.windows->abouts[0].program_name, "Ledger");
-  EXPECT_EQ(f.windows->abouts[0].program_author, "A. Author");
-  EXPECT_EQ(f.windows->abouts[0].program_company, "Small Firm");
+  const platform::AboutInfo& a = f.windows->abouts[0];
+  EXPECT_EQ(a.program_name + "|" + a.program_author + "|" + a.program_company, "Ledger|A. Author|Small Firm");
 }
 
 TEST(ViewBinary, ChecksTheFileBeforeShowingIt) {
@@ -125,37 +115,30 @@ TEST(ViewBinary, ChecksTheFileBeforeShowingIt) {
     std::string label, path, viewer_error;
     Boolean expected;
     std::string expected_error;
-    std::size_t shown;
+    std::vector<std::string> shown;
   };
+  const std::string blob = "/data/blob.bin|Tolva - ";
   const std::vector<Row> rows = {
-      {"an existing file is shown", "\\data\\blob.bin", "", kTrue, "", 1},
-      {"no name", "", "", kFalse, "File has not been defined.", 0},
-      {"missing file", "/data/none.bin", "", kFalse, "File [/data/none.bin] does not exist.", 0},
-      {"the viewer cannot read it", "/data/blob.bin", "can't be read.", kFalse, "File [/data/blob.bin] can't be read.",
-       1},
+      {"an existing file is shown", "\\data\\blob.bin", "", kTrue, "", {blob + "\\data\\blob.bin"}},
+      {"no name", "", "", kFalse, "File has not been defined.", {}},
+      {"missing file", "/data/none.bin", "", kFalse, "File [/data/none.bin] does not exist.", {}},
+      {"the viewer cannot read it",
+       "/data/blob.bin",
+       "can't be read.",
+       kFalse,
+       "File [/data/blob.bin] can't be read.",
+       {blob + "/data/blob.bin"}},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
     Fixture f;
+    f.c->ProgramName("Tolva");
     f.files->AddFile("/data/blob.bin", std::string("\x00\x01zz", 4));
     f.windows->view_error = r.viewer_error;
     std::string error;
-    EXPECT_EQ(f.c->ViewBinary(r.path, error), r.expected);
-    EXPECT_EQ(error, r.expected_error);
-    ASSERT_EQ(f.windows->viewed.size(), r.shown);
-    if (r.shown) {
-      EXPECT_EQ(f.windows->viewed[0].substr(0, 15), "/data/blob.bin|");
-    }
+    EXPECT_EQ(f.c->ViewBinary(r.path, error), r.expected) << r.label;
+    EXPECT_EQ(error, r.expected_error) << r.label;
+    EXPECT_EQ(f.windows->viewed, r.shown) << r.label;
   }
-}
-
-TEST(LoadURL, ABlankAddressIsNotDefined) {
-  Fixture f;
-  std::string error;
-  EXPECT_EQ(f.c->LoadURL("  ", error), kFalse);
-  EXPECT_EQ(error, "URL has not been defined.");
-  EXPECT_EQ(f.c->LoadURL("https://example.org/", error), kTrue);
-  EXPECT_EQ(f.windows->urls, std::vector<std::string>({"https://example.org/"}));
 }
 
 }  // namespace

@@ -1,137 +1,118 @@
-// Frame measures, margins, the work area, and placing and sizing forms,
-// through the public members against a fake display at 96 and 120 dpi.
+// Frame measures, the work area, placing and sizing forms and labels, and
+// list-box tab stops, through the public members against a fake display.
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "fakes/fake_form.h"
 #include "fakes/fake_window_services.h"
 #include "tolva/tolva2011register.h"
-#include "unit/ui/ui_fakes.h"
 
 namespace tolva {
 namespace {
 
-using uitest::MemControl;
-using uitest::MemForm;
-using uitest::MemLabel;
-
-struct Display {
-  std::shared_ptr<fakes::FakeWindowServices> windows;
-  std::unique_ptr<Tolva2011Register> c;
+// A control or label on a form; sized to its text it takes `text_w` x `text_h`.
+struct Item : Label {
+  Single Left() const override { return l; }
+  void Left(Single v) override { l = v; }
+  Single Top() const override { return t; }
+  void Top(Single v) override { t = v; }
+  Single Width() const override { return w; }
+  void Width(Single v) override { w = v; }
+  Single Height() const override { return h; }
+  void Height(Single v) override { h = v; }
+  Form* Parent() const override { return parent; }
+  void AutoSize(bool on) override {
+    if (on) w = text_w, h = text_h;
+  }
+  Single l = 0, t = 0, w = 0, h = 0, text_w = 0, text_h = 0;
+  Form* parent = nullptr;
 };
 
-// A display with a 19-pixel caption, 20-pixel menu, 3-pixel dialog frame,
-// 4-pixel sizable frame and a 1024 x 728 work area (a 40-pixel task bar).
-Display MakeDisplay(double dpi, platform::WorkArea area = {0, 0, 1024, 728}) {
-  Display d;
-  d.windows = std::make_shared<fakes::FakeWindowServices>(dpi);
-  d.windows->metrics = {
-      {platform::kSmCyCaption, 19}, {platform::kSmCyMenu, 20}, {platform::kSmCxDlgFrame, 3}, {platform::kSmCxFrame, 4}};
-  d.windows->work_area = area;
-  platform::Services services;
-  services.windows = d.windows;
-  d.c = std::make_unique<Tolva2011Register>(services);
-  return d;
-}
+struct MemList : ListBox {
+  FontSpec Font() const override { return {"Sans", 9}; }
+  Long ListCount() const override { return static_cast<Long>(rows.size()); }
+  std::string List(Long row) const override { return ++rows_read, rows.at(static_cast<std::size_t>(row)); }
+  void SetTabStops(const std::vector<Long>& s) override { stops = s; }
+  void SetHorizontalExtent(Long pixels) override { extent = pixels; }
+  std::vector<std::string> rows;
+  mutable int rows_read = 0;
+  std::vector<Long> stops;  // empty and -1 until set
+  Long extent = -1;
+};
+
+// A display of `twips_per_pixel` (none at all when negative) with a 19-pixel
+// caption, 20-pixel menu, 3-pixel dialog frame and 4-pixel sizable frame.
+struct Display {
+  explicit Display(double twips_per_pixel, platform::WorkArea area = {0, 0, 1024, 728}) {
+    platform::Services services;
+    if (twips_per_pixel >= 0) services.windows = windows;
+    windows->twips_per_pixel = twips_per_pixel;
+    windows->work_area = area;
+    windows->metrics = {{platform::kSmCyCaption, 19},
+                        {platform::kSmCyMenu, 20},
+                        {platform::kSmCxDlgFrame, 3},
+                        {platform::kSmCxFrame, 4}};
+    c = std::make_unique<Tolva2011Register>(services);
+  }
+  std::shared_ptr<fakes::FakeWindowServices> windows = std::make_shared<fakes::FakeWindowServices>();
+  std::unique_ptr<Tolva2011Register> c;
+};
 
 TEST(LayoutMetrics, MeasuresAreWholeTwipsAtEachResolution) {
   struct Row {
     std::string label;
-    double dpi;
-    Long caption, menu, dialog, sizable, margin_y, left, top, width, height;
+    double twips_per_pixel;
+    std::vector<Long> expected;  // caption, menu, dialog, sizable, margin y, left, top, width, height
   };
   const std::vector<Row> rows = {
-      {"96 dpi: 15 twips a pixel", 96, 285, 300, 45, 60, 90, 0, 0, 15360, 10920},
-      {"120 dpi: 12 twips a pixel, the smaller margin", 120, 228, 240, 36, 48, 84, 0, 0, 12288, 8736},
-      {"144 dpi: 10 twips a pixel", 144, 190, 200, 30, 40, 90, 0, 0, 10240, 7280},
-      {"72 dpi: 20 twips a pixel", 72, 380, 400, 60, 80, 90, 0, 0, 20480, 14560},
+      {"96 dpi", 15, {285, 300, 45, 60, 90, 30, 15, 15360, 10920}},
+      {"120 dpi: the smaller margin", 12, {228, 240, 36, 48, 84, 24, 12, 12288, 8736}},
+      {"72 dpi", 20, {380, 400, 60, 80, 90, 40, 20, 20480, 14560}},
+      {"12.5 twips a pixel: halves round to even", 12.5, {238, 250, 38, 50, 90, 25, 12, 12800, 9100}},
+      {"no window service", -1, {0, 0, 0, 0, 90, 0, 0, 0, 0}},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    Display d = MakeDisplay(r.dpi);
-    EXPECT_EQ(d.c->CaptionHeight(), r.caption);
-    EXPECT_EQ(d.c->MenuHeight(), r.menu);
-    EXPECT_EQ(d.c->DialogWidth(), r.dialog);
-    EXPECT_EQ(d.c->SizableWidth(), r.sizable);
-    EXPECT_EQ(d.c->FormMarginX(), 120);
-    EXPECT_EQ(d.c->FormMarginY(), r.margin_y);
-    EXPECT_EQ(d.c->ScreenLeft(), r.left);
-    EXPECT_EQ(d.c->ScreenTop(), r.top);
-    EXPECT_EQ(d.c->ScreenWidth(), r.width);
-    EXPECT_EQ(d.c->ScreenHeight(), r.height);
+    Display d(r.twips_per_pixel, {2, 1, 1024, 728});
+    Tolva2011Register& c = *d.c;
+    EXPECT_EQ(std::vector<Long>({c.CaptionHeight(), c.MenuHeight(), c.DialogWidth(), c.SizableWidth(), c.FormMarginY(),
+                                 c.ScreenLeft(), c.ScreenTop(), c.ScreenWidth(), c.ScreenHeight()}),
+              r.expected)
+        << r.label;
   }
-}
-
-TEST(LayoutMetrics, FractionalFactorsRoundHalvesToEven) {
-  // 12.5 twips a pixel: 19 px = 237.5 -> 238, 3 px = 37.5 -> 38,
-  // 1 px = 12.5 -> 12. The margin is the large one: the factor is not exactly 12.
-  Display d = MakeDisplay(96, {1, 0, 1, 0});
-  d.windows->twips_per_pixel = 12.5;
-  EXPECT_EQ(d.c->CaptionHeight(), 238);
-  EXPECT_EQ(d.c->DialogWidth(), 38);
-  EXPECT_EQ(d.c->ScreenLeft(), 12);
-  EXPECT_EQ(d.c->ScreenWidth(), 12);
-  EXPECT_EQ(d.c->FormMarginY(), 90);
-}
-
-TEST(LayoutMetrics, WithoutAWindowServiceEveryMeasureIsZero) {
-  Tolva2011Register c{platform::Services{}};
-  EXPECT_EQ(c.CaptionHeight(), 0);
-  EXPECT_EQ(c.MenuHeight(), 0);
-  EXPECT_EQ(c.DialogWidth(), 0);
-  EXPECT_EQ(c.SizableWidth(), 0);
-  EXPECT_EQ(c.ScreenWidth(), 0);
-  EXPECT_EQ(c.ScreenHeight(), 0);
-  EXPECT_EQ(c.FormMarginX(), 120);
-  EXPECT_EQ(c.FormMarginY(), 90);
-  // Nothing to keep a form on: it is left where it is.
-  MemForm f;
-  f.r = {-500, 99999, 4000, 3000};
-  c.AdjustFormPosition(f);
-  EXPECT_EQ(f.r.left, -500);
-  EXPECT_EQ(f.r.top, 99999);
 }
 
 TEST(AdjustFormPosition, KeepsFormsOnTheWorkArea) {
   struct Row {
     std::string label;
     platform::WorkArea area;  // pixels at 96 dpi
-    uitest::Rect form, expected;
+    Single left, top, width, height, expected_left, expected_top;
   };
+  const platform::WorkArea screen{0, 0, 1024, 728}, left_bar{60, 0, 964, 768};
   const std::vector<Row> rows = {
-      {"inside: unchanged", {0, 0, 1024, 728}, {1000, 1000, 4000, 3000}, {1000, 1000, 4000, 3000}},
-      {"past the right edge: pulled back", {0, 0, 1024, 728}, {14000, 500, 4000, 3000}, {11360, 500, 4000, 3000}},
-      {"past the bottom: pulled up", {0, 0, 1024, 728}, {500, 9000, 4000, 3000}, {500, 7920, 4000, 3000}},
-      {"right edge exactly on the screen's: unchanged",
-       {0, 0, 1024, 728},
-       {11360, 0, 4000, 3000},
-       {11360, 0, 4000, 3000}},
-      {"above and left of the screen: to its corner", {0, 0, 1024, 728}, {-300, -20, 4000, 3000}, {0, 0, 4000, 3000}},
-      {"wider than the screen: at its left edge", {0, 0, 1024, 728}, {3000, 0, 20000, 3000}, {0, 0, 20000, 3000}},
-      {"taller than the screen: at its top edge", {0, 0, 1024, 728}, {0, 500, 3000, 12000}, {0, 0, 3000, 12000}},
-      // The right limit is the work area's width alone, not its left + width.
-      {"task bar on the left: right limit is the width",
-       {60, 0, 964, 768},
-       {13000, 0, 2000, 3000},
-       {12460, 0, 2000, 3000}},
-      {"task bar on the left: left limit is its edge", {60, 0, 964, 768}, {100, 0, 2000, 3000}, {900, 0, 2000, 3000}},
-      {"larger than a screen with a left bar: at the bar",
-       {60, 0, 964, 768},
-       {0, 0, 20000, 3000},
-       {900, 0, 20000, 3000}},
+      {"inside: unchanged", screen, 1000, 1000, 4000, 3000, 1000, 1000},
+      {"past the right edge: pulled back", screen, 14000, 500, 4000, 3000, 11360, 500},
+      {"past the bottom: pulled up", screen, 500, 9000, 4000, 3000, 500, 7920},
+      {"above and left: to the corner", screen, -300, -20, 4000, 3000, 0, 0},
+      {"wider than the screen: at its left edge", screen, 3000, 0, 20000, 3000, 0, 0},
+      {"taller than the screen: at its top edge", screen, 0, 500, 3000, 12000, 0, 0},
+      // Kept: the right limit is the work area's width alone, not left + width.
+      {"left bar: right limit is the width", left_bar, 13000, 0, 2000, 3000, 12460, 0},
+      {"left bar: left limit is its edge", left_bar, 100, 0, 2000, 3000, 900, 0},
+      {"larger than a screen with a left bar", left_bar, 0, 0, 20000, 3000, 900, 0},
+      {"top bar: below it", {0, 30, 1024, 698}, 0, 0, 2000, 3000, 0, 450},
+      {"no screen: left alone", {0, 0, 0, 0}, -500, 99999, 4000, 3000, -500, 99999},
+      {"a screen without height: left alone", {0, 0, 1024, 0}, -500, 99999, 4000, 3000, -500, 99999},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    Display d = MakeDisplay(96, r.area);
-    MemForm f;
-    f.r = r.form;
+    Display d(15, r.area);
+    fakes::FakeForm f(2, r.width, r.height);
+    f.left = r.left, f.top = r.top;
     d.c->AdjustFormPosition(f);
-    EXPECT_EQ(f.r.left, r.expected.left);
-    EXPECT_EQ(f.r.top, r.expected.top);
-    EXPECT_EQ(f.r.width, r.expected.width);
-    EXPECT_EQ(f.r.height, r.expected.height);
+    EXPECT_EQ(f.left, r.expected_left) << r.label;
+    EXPECT_EQ(f.top, r.expected_top) << r.label;
   }
 }
 
@@ -139,72 +120,139 @@ TEST(AlignLabel, CentresOnTheAnchorAndEndsAMarginBeforeIt) {
   struct Row {
     std::string label;
     Boolean align_right;
-    Single text_width, text_height;
-    uitest::Rect anchor;
-    Single expected_left, expected_top;
+    Single text_w, text_h, anchor_left, anchor_top, anchor_height, expected_left, expected_top;
   };
   const std::vector<Row> rows = {
-      {"195-twip label on a 315-twip box at 600", kFalse, 1000, 195, {2000, 600, 1500, 315}, 50, 660},
-      {"aligned right: ends 120 before the box", kTrue, 1000, 195, {2000, 600, 1500, 315}, 880, 660},
-      {"1 is not true: left unchanged", 1, 1000, 195, {2000, 600, 1500, 315}, 50, 660},
-      {"the half is not rounded", kFalse, 500, 200, {0, 100, 900, 315}, 50, 157.5f},
-      {"label taller than the anchor sits above its top", kTrue, 300, 400, {1000, 600, 900, 300}, 580, 550},
+      {"aligned right: ends 120 before the box", kTrue, 1000, 195, 2000, 600, 315, 880, 660},
+      {"1 is not true: left unchanged", 1, 1000, 195, 2000, 600, 315, 50, 660},
+      {"the half is not rounded", kFalse, 500, 200, 0, 100, 315, 50, 157.5f},
+      {"taller than the anchor: above its top", kTrue, 300, 400, 1000, 600, 300, 580, 550},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    Display d = MakeDisplay(96);
-    MemLabel label;
-    label.r = {50, 0, 10, 10};
-    label.text_width = r.text_width;
-    label.text_height = r.text_height;
-    MemControl anchor;
-    anchor.r = r.anchor;
+    Display d(15);
+    Item label, anchor;
+    label.l = 50, label.text_w = r.text_w, label.text_h = r.text_h;
+    anchor.l = r.anchor_left, anchor.t = r.anchor_top, anchor.w = 900, anchor.h = r.anchor_height;
     d.c->AlignLabel(label, anchor, r.align_right);
-    EXPECT_TRUE(label.auto_size);
-    EXPECT_EQ(label.r.left, r.expected_left);
-    EXPECT_EQ(label.r.top, r.expected_top);
+    EXPECT_EQ(label.l, r.expected_left) << r.label;
+    EXPECT_EQ(label.t, r.expected_top) << r.label;
   }
 }
 
 TEST(SetupFormTolvaSize, SizesTheFormAroundItsControlsAndKeepsItOnScreen) {
   struct Row {
     std::string label;
-    double dpi;
-    uitest::Rect form_before;
-    Single expected_left, expected_width, expected_height;
+    double twips_per_pixel;
+    Single left, expected_left, expected_width, expected_height;
   };
-  // Right-most control ends at 5000, the lowest at 3000.
-  // 96 dpi: width 5000 + 120 + 2*45 = 5210; height 3000 + 90 + 285 + 90 = 3465.
-  // 120 dpi: width 5000 + 120 + 2*36 = 5192; height 3000 + 84 + 228 + 72 = 3384.
+  // Right-most control ends at 5000, the lowest at 3000: the width adds the
+  // margin and two dialog frames, the height the margin, caption and frames.
   const std::vector<Row> rows = {
-      {"96 dpi", 96, {100, 100, 1, 1}, 100, 5210, 3465},
-      {"120 dpi", 120, {100, 100, 1, 1}, 100, 5192, 3384},
-      {"grown past the right edge: pulled back", 96, {14000, 100, 1, 1}, 15360 - 5210, 5210, 3465},
+      {"96 dpi", 15, 100, 100, 5000 + 120 + 2 * 45, 3000 + 90 + 285 + 2 * 45},
+      {"120 dpi", 12, 100, 100, 5000 + 120 + 2 * 36, 3000 + 84 + 228 + 2 * 36},
+      {"grown past the right edge: pulled back", 15, 14000, 15360 - 5210, 5210, 3465},
   };
   for (const Row& r : rows) {
-    SCOPED_TRACE(r.label);
-    Display d = MakeDisplay(r.dpi);
-    MemForm form;
-    form.r = r.form_before;
-    MemControl right, bottom;
+    Display d(r.twips_per_pixel);
+    fakes::FakeForm form(2, 1, 1);
+    form.left = r.left;
+    Item right, bottom;
     right.parent = bottom.parent = &form;
-    right.r = {3000, 200, 2000, 300};
-    bottom.r = {200, 2500, 1000, 500};
+    right.l = 3000, right.w = 2000, bottom.t = 2500, bottom.h = 500;
     d.c->SetupFormTolvaSize(right, bottom);
-    EXPECT_EQ(form.styled, 1);
-    EXPECT_EQ(form.r.left, r.expected_left);
-    EXPECT_EQ(form.r.width, r.expected_width);
-    EXPECT_EQ(form.r.height, r.expected_height);
+    EXPECT_EQ(form.styled, 1) << r.label;
+    EXPECT_EQ(std::vector<Single>({form.left, form.width, form.height}),
+              std::vector<Single>({r.expected_left, r.expected_width, r.expected_height}))
+        << r.label;
+  }
+  Item orphan;  // no form to size: nothing happens, nothing breaks
+  Display(15).c->SetupFormTolvaSize(orphan, orphan);
+}
+
+TEST(ListBoxTabPositionsSet, StopsAndExtentFromMeasuredOrGivenWidths) {
+  struct Row {
+    std::string label;
+    double twips_per_pixel, pixels_per_character;
+    std::vector<std::string> rows;
+    Long columns;
+    Boolean calculate;
+    Long space;
+    std::vector<Long> widths, expected_widths;  // twips; an empty array is not dimensioned
+    std::vector<Long> expected_stops;           // dialog units; none: not set
+    Long expected_extent;                       // -1: not set
+  };
+  // With 7-pixel characters a column of n characters is (7n + 14) \ 7 * 4
+  // dialog units wide (two characters of space), at least "XX" (16).
+  const std::vector<std::string> three = {"abc\tde\tfghij", "a\t\tx", "abcdefgh"};
+  const std::vector<std::string> wide = {"wide text that must not be read\tx"};
+  const std::vector<Row> rows = {
+      {"three columns", 15, 7, three, 3, kTrue, 2, {0, 0, 0}, {840, 210, 525}, {0, 40, 56}, 147},
+      {"the same rows at 120 dpi", 12, 7, three, 3, kTrue, 2, {0, 0, 0}, {672, 168, 420}, {0, 40, 56}, 147},
+      {"a row without a tab widens column 1", 15, 7, {"abc"}, 3, kTrue, 2, {9, 9, 9}, {315, 0, 0}, {0, 20, 36}, 91},
+      {"text past the last column is ignored",
+       15,
+       7,
+       {"a\tb\tcccccccccc"},
+       2,
+       kTrue,
+       2,
+       {0, 0},
+       {105, 105},
+       {0, 16},
+       56},
+      {"empty parts are not measured", 15, 7, {"\t\t"}, 3, kTrue, 2, {0, 0, 0}, {0, 0, 0}, {0, 16, 32}, 84},
+      {"one character is as wide as XX", 15, 7, {"i\tWWWW"}, 2, kTrue, 2, {0, 0}, {105, 420}, {0, 16}, 70},
+      // 6.5-pixel characters: 3 are 292.5 twips, kept as 292; the average
+      // rounds to 6 for the division.
+      {"halves round to even", 15, 6.5, {"abc"}, 1, kTrue, 2, {0}, {292}, {0}, 32},
+      {"given widths, 6.5-pixel characters", 15, 6.5, wide, 2, kFalse, 2, {300, 0}, {300, 0}, {0, 20}, 58},
+      {"given widths, no space", 15, 7, wide, 2, kFalse, 0, {1050, 210}, {1050, 210}, {0, 40}, 84},
+      {"a narrow given width gets XX", 15, 7, wide, 2, kFalse, 2, {15, 1500}, {15, 1500}, {0, 16}, 140},
+      {"a short array: missing columns get XX",
+       15,
+       7,
+       {"abcdefgh\tabcdefgh\tabcdefgh"},
+       3,
+       kTrue,
+       2,
+       {0},
+       {840},
+       {0, 40, 56},
+       126},
+      {"an array without dimensions", 15, 7, {"abcdefgh"}, 2, kTrue, 2, {}, {}, {0, 16}, 56},
+      {"no columns", 15, 7, {"a\tb"}, 0, kTrue, 2, {777}, {777}, {}, -1},
+      {"negative columns", 15, 7, {"a\tb"}, -3, kFalse, 2, {777}, {777}, {}, -1},
+      {"absurdly many columns", 15, 7, {"a"}, 2000000000, kFalse, 2, {777}, {777}, {}, -1},
+      {"an empty list, measured", 15, 7, {}, 2, kTrue, 2, {777, 0}, {777, 0}, {}, -1},
+      {"no window service", -1, 7, {"abc\tdef"}, 2, kTrue, 2, {500, 0}, {0, 0}, {0, 0}, 0},
+      {"a display of 0 dpi", 0, 7, {"abc\tdef"}, 2, kFalse, 2, {500, 0}, {500, 0}, {0, 0}, 0},
+  };
+  for (const Row& r : rows) {
+    Display d(r.twips_per_pixel);
+    d.windows->pixels_per_character = r.pixels_per_character;
+    MemList list;
+    list.rows = r.rows;
+    HostArray<Long> widths;
+    if (!r.widths.empty()) widths = HostArray<Long>::OneDim(1, static_cast<Long>(r.widths.size()));
+    for (std::size_t i = 0; i < r.widths.size(); ++i) widths.Store(static_cast<Long>(i) + 1, r.widths[i]);
+    d.c->ListBoxTabPositionsSet(list, r.columns, widths, r.calculate, r.space);
+    std::vector<Long> got;
+    for (Long i = 1; i <= static_cast<Long>(r.widths.size()); ++i) got.push_back(*widths.At(i));
+    EXPECT_EQ(got, r.expected_widths) << r.label;
+    EXPECT_EQ(list.stops, r.expected_stops) << r.label;
+    EXPECT_EQ(list.extent, r.expected_extent) << r.label;
+    EXPECT_TRUE(r.calculate || list.rows_read == 0) << r.label << ": given widths, yet the rows were read";
+    for (const FontSpec& font : d.windows->fonts) EXPECT_EQ(font.family, "Sans") << r.label;
   }
 }
 
-TEST(SetupFormTolvaSize, AControlWithoutAFormChangesNothing) {
-  Display d = MakeDisplay(96);
-  MemControl right, bottom;
-  right.r = {3000, 200, 2000, 300};
-  d.c->SetupFormTolvaSize(right, bottom);
-  EXPECT_EQ(right.r.left, 3000);
-  EXPECT_EQ(right.r.width, 2000);
+TEST(ListBoxTabPositionsSet, RepeatedTextsAreMeasuredOnce) {
+  Display d(15);
+  MemList list;
+  for (int i = 0; i < 1000; ++i) list.rows.push_back("same\t" + std::to_string(i % 10) + "\tconstant");
+  HostArray<Long> widths = HostArray<Long>::OneDim(1, 3);
+  d.c->ListBoxTabPositionsSet(list, 3, widths);
+  EXPECT_EQ(d.windows->strings_measured, 1 + 10 + 1 + 2);  // the texts, the alphabet and "XX"
 }
 
 }  // namespace
