@@ -49,18 +49,16 @@ struct Fixture {
 TEST(FileDialogs, OutcomesBecomeResultsAndTexts) {
   using platform::DialogOutcome;
   struct Row {
-    std::string label;
+    std::string label, filter, expected_path, expected_error;
     bool save;
     DialogOutcome outcome;
-    std::string filter;
     Boolean expected;
-    std::string expected_path, expected_error;
   };
   const std::vector<Row> rows = {
-      {"open, chosen", false, DialogOutcome::kChosen, "", kTrue, "/data/a.csv", ""},
-      {"save, chosen, own filter", true, DialogOutcome::kChosen, "Text|*.txt", kTrue, "/data/a.csv", ""},
-      {"cancelled: false without a text, path kept", false, DialogOutcome::kCancelled, "", kFalse, "keep", ""},
-      {"no dialog possible", true, DialogOutcome::kUnavailable, "", kFalse, "keep", kNoWindows},
+      {"open, chosen", "", "/data/a.csv", "", false, DialogOutcome::kChosen, kTrue},
+      {"save, chosen, own filter", "Text|*.txt", "/data/a.csv", "", true, DialogOutcome::kChosen, kTrue},
+      {"cancelled: no text, path kept", "", "keep", "", false, DialogOutcome::kCancelled, kFalse},
+      {"no dialog possible", "", "keep", kNoWindows, true, DialogOutcome::kUnavailable, kFalse},
   };
   for (const Row& r : rows) {
     Fixture f;
@@ -112,21 +110,20 @@ TEST(AboutBox, ShowsTheProgramProperties) {
 
 TEST(ViewBinary, ChecksTheFileBeforeShowingIt) {
   struct Row {
-    std::string label, path, viewer_error;
+    std::string label, path, viewer_error, expected_error;
     Boolean expected;
-    std::string expected_error;
     std::vector<std::string> shown;
   };
   const std::string blob = "/data/blob.bin|Tolva - ";
   const std::vector<Row> rows = {
-      {"an existing file is shown", "\\data\\blob.bin", "", kTrue, "", {blob + "\\data\\blob.bin"}},
-      {"no name", "", "", kFalse, "File has not been defined.", {}},
-      {"missing file", "/data/none.bin", "", kFalse, "File [/data/none.bin] does not exist.", {}},
-      {"the viewer cannot read it",
+      {"an existing file is shown", "\\data\\blob.bin", "", "", kTrue, {blob + "\\data\\blob.bin"}},
+      {"no name", "", "", "File has not been defined.", kFalse, {}},
+      {"missing file", "/data/none.bin", "", "File [/data/none.bin] does not exist.", kFalse, {}},
+      {"unreadable",
        "/data/blob.bin",
        "can't be read.",
-       kFalse,
        "File [/data/blob.bin] can't be read.",
+       kFalse,
        {blob + "/data/blob.bin"}},
   };
   for (const Row& r : rows) {
