@@ -15,6 +15,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -175,3 +176,12 @@ TEST(NoDisplay, EveryWindowMemberFailsQuietly) {
 
 }  // namespace
 }  // namespace tolva
+
+// Runs with a QApplication when one can be made here, and without one (the
+// NoDisplay tests) when it cannot.
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  std::unique_ptr<QApplication> app;
+  if (tolva::qt::CanStartGui()) app = std::make_unique<QApplication>(argc, argv);
+  return RUN_ALL_TESTS();
+}
