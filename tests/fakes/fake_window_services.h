@@ -23,8 +23,7 @@ class FakeWindowServices : public platform::WindowServices {
   };
 
   // A display of `dpi` dots per inch: 1440 / dpi twips per pixel.
-  explicit FakeWindowServices(double dpi = 96) { SetDpi(dpi); }
-  void SetDpi(double dpi) { twips_per_pixel = dpi > 0 ? 1440.0 / dpi : 0; }
+  explicit FakeWindowServices(double dpi = 96) : twips_per_pixel(dpi > 0 ? 1440.0 / dpi : 0) {}
 
   int SystemMetric(int index) override { return metrics.count(index) ? metrics[index] : 0; }
   double TwipsPerPixelX() override { return twips_per_pixel; }
@@ -39,7 +38,7 @@ class FakeWindowServices : public platform::WindowServices {
     return std::make_unique<Measurer>(*this);
   }
 
-  double twips_per_pixel = 15;
+  double twips_per_pixel;
   std::map<int, int> metrics;       // GetSystemMetrics index -> pixels
   platform::WorkArea work_area;     // pixels
   int answer = 1;                   // the button every message box returns
