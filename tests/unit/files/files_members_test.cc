@@ -36,26 +36,43 @@ std::string Outcome(Boolean result, const std::string& message) {
   return std::to_string(result) + " " + message;
 }
 
-TEST_F(FilesTest, DirectoryExistsAnswersForDirectoriesAndFilesAlike) {
-  fs->AddDirectory("/data/sub");
-  fs->AddFile("/data/file.txt", "x");
-  fs->AddDirectory("/data/.hidden");
+TEST_F(FilesTest, ExistsMembersNameFilesDirectoriesAndPatterns) {
+  constexpr Boolean kUnchecked = 1;  // patterns are FileExists' business
+  fs->AddFile("/d/a.txt", "x");
+  fs->AddFile("/d/.hidden.txt", "x");
+  fs->AddFile("/d/locked.txt", "x");
+  fs->AddDirectory("/d/sub.txt");
+  fs->AddDirectory("/d/.hid");
+  fs->Fail(Op::kOpen, "/d/locked.txt", FakeFileSystem::PermissionDenied());
   struct Row {
     const char* label;
     std::string path;
-    Boolean expected;
+    Boolean directory_exists, file_exists;
   } rows[] = {
-      {"directory", "/data/sub", kTrue},
-      {"trailing backslash removed", "/data/sub\\", kTrue},
-      {"backslash separators", "\\data\\sub", kTrue},
-      {"an ordinary file counts too", "/data/file.txt", kTrue},
-      {"hidden directory named exactly", "/data/.hidden", kTrue},
-      {"missing", "/data/none", kFalse},
-      {"empty", "", kFalse},
-      {"only a backslash", "\\", kFalse},
-      {"root", "/", kTrue},
+      {"directory", "/d/sub.txt", kTrue, kFalse},
+      {"directory, trailing backslash removed", "/d/sub.txt\\", kTrue, kFalse},
+      {"directory, backslash separators", "\\d\\sub.txt", kTrue, kFalse},
+      {"hidden directory named exactly", "/d/.hid", kTrue, kFalse},
+      {"root", "/", kTrue, kFalse},
+      {"file", "/d/a.txt", kTrue, kTrue},
+      {"file, backslashes", "\\d\\a.txt", kTrue, kTrue},
+      {"hidden file named exactly", "/d/.hidden.txt", kTrue, kTrue},
+      {"a file that cannot be opened counts as missing", "/d/locked.txt", kTrue, kFalse},
+      {"missing", "/d/b.txt", kFalse, kFalse},
+      {"empty", "", kFalse, kFalse},
+      {"only a backslash", "\\", kFalse, kFalse},
+      {"pattern", "/d/*.txt", kUnchecked, kTrue},
+      {"question mark", "/d/?.txt", kUnchecked, kTrue},
+      {"pattern matching only hidden files", "/d/.h*", kUnchecked, kFalse},
+      {"pattern matching only a directory", "/d/sub*", kUnchecked, kFalse},
+      {"pattern in a missing directory", "/none/*.txt", kUnchecked, kFalse},
   };
-  for (const auto& r : rows) EXPECT_EQ(c.DirectoryExists(r.path), r.expected) << r.label;
+  for (const auto& r : rows) {
+    if (r.directory_exists != kUnchecked) {
+      EXPECT_EQ(c.DirectoryExists(r.path), r.directory_exists) << r.label;
+    }
+    EXPECT_EQ(c.FileExists(r.path), r.file_exists) << r.label;
+  }
 }
 
 TEST_F(FilesTest, DirectoryChangeReportsTheDirectoryItCouldNotReach) {
@@ -251,33 +268,6 @@ TEST_F(FilesTest, SpecialDirectoriesAndTempFileNames) {
   EXPECT_EQ(c.WinTempFile("abc", "/fallback.tmp"), "/fallback.tmp");
   fs->temp_path = std::string(600, 'x');
   EXPECT_EQ(c.WinTempPath(), "");
-}
-
-TEST_F(FilesTest, FileExistsOpensNamesAndListsPatterns) {
-  fs->AddFile("/d/a.txt", "x");
-  fs->AddFile("/d/.hidden.txt", "x");
-  fs->AddFile("/d/locked.txt", "x");
-  fs->AddDirectory("/d/sub.txt");
-  fs->Fail(Op::kOpen, "/d/locked.txt", FakeFileSystem::PermissionDenied());
-  struct Row {
-    const char* label;
-    std::string path;
-    Boolean expected;
-  } rows[] = {
-      {"file", "/d/a.txt", kTrue},
-      {"backslashes", "\\d\\a.txt", kTrue},
-      {"missing", "/d/b.txt", kFalse},
-      {"empty", "", kFalse},
-      {"a directory is no file", "/d/sub.txt", kFalse},
-      {"a file that cannot be opened counts as missing", "/d/locked.txt", kFalse},
-      {"hidden file named exactly", "/d/.hidden.txt", kTrue},
-      {"pattern", "/d/*.txt", kTrue},
-      {"question mark", "/d/?.txt", kTrue},
-      {"pattern matching only hidden files", "/d/.h*", kFalse},
-      {"pattern matching only a directory", "/d/sub*", kFalse},
-      {"pattern in a missing directory", "/none/*.txt", kFalse},
-  };
-  for (const auto& r : rows) EXPECT_EQ(c.FileExists(r.path), r.expected) << r.label;
 }
 
 TEST_F(FilesTest, FileTestAsciiJudgesTheFirstBytesOrTheName) {
