@@ -13,6 +13,11 @@ using platform::FileError;
 
 namespace {
 
+bool Failed(FileError& error, FileError value) {
+  error = std::move(value);
+  return false;
+}
+
 class FakeFile : public platform::File {
  public:
   FakeFile(FakeFileSystem& fs, std::string path, bool writable)
@@ -20,10 +25,7 @@ class FakeFile : public platform::File {
   bool Read(void* buffer, std::size_t n, std::size_t& got, FileError& error) override {
     got = 0;
     auto it = fs_.nodes.find(path_);
-    if (it == fs_.nodes.end()) {
-      error = FakeFileSystem::FileNotFound();
-      return false;
-    }
+    if (it == fs_.nodes.end()) return Failed(error, FakeFileSystem::FileNotFound());
     const std::string& d = it->second.data;
     if (pos_ < d.size()) got = std::min(n, d.size() - pos_);
     if (got) std::memcpy(buffer, d.data() + pos_, got);
@@ -33,10 +35,7 @@ class FakeFile : public platform::File {
   }
   bool Write(const void* buffer, std::size_t n, FileError& error) override {
     auto it = fs_.nodes.find(path_);
-    if (!writable_ || it == fs_.nodes.end()) {
-      error = FakeFileSystem::AccessError();
-      return false;
-    }
+    if (!writable_ || it == fs_.nodes.end()) return Failed(error, FakeFileSystem::AccessError());
     std::string& d = it->second.data;
     if (d.size() < pos_ + n) d.resize(pos_ + n);
     if (n) std::memcpy(d.data() + pos_, buffer, n);
@@ -69,17 +68,11 @@ std::string FakeFileSystem::Normalize(const std::string& path) const {
   std::string p = files::ToPlatformPath(path);
   if (p.empty() || p[0] != '/') p = cwd + "/" + p;
   std::vector<std::string> parts;
-  std::size_t i = 0;
-  while (i <= p.size()) {
-    std::size_t j = p.find('/', i);
-    if (j == std::string::npos) j = p.size();
-    std::string seg = p.substr(i, j - i);
-    if (seg == "..") {
-      if (!parts.empty()) parts.pop_back();
-    } else if (!seg.empty() && seg != ".") {
-      parts.push_back(seg);
-    }
-    i = j + 1;
+  for (std::size_t i = 0, j; i <= p.size(); i = j + 1) {
+    j = std::min(p.find('/', i), p.size());
+    const std::string seg = p.substr(i, j - i);
+    if (seg == ".." && !parts.empty()) parts.pop_back();
+    if (!seg.empty() && seg != "." && seg != "..") parts.push_back(seg);
   }
   std::string out;
   for (const auto& s : parts) out += "/" + s;
@@ -98,10 +91,7 @@ void FakeFileSystem::AddFile(const std::string& path, const std::string& data, p
   std::string n = Normalize(path);
   const std::size_t slash = n.rfind('/');
   if (slash > 0) AddDirectory(n.substr(0, slash));
-  Node& node = nodes[n];
-  node.directory = false;
-  node.data = data;
-  node.time = time;
+  nodes[n] = Node{false, data, time, false};
 }
 
 bool FakeFileSystem::IsFile(const std::string& path) const {
@@ -136,6 +126,14 @@ bool FakeFileSystem::ParentIsDirectory(const std::string& n) const {
   return IsDirectory(slash == 0 ? "/" : n.substr(0, slash));
 }
 
+// The listing entry of a node, with the attributes the real service reports.
+static DirEntry Entry(const std::string& name, const FakeFileSystem::Node& node) {
+  return {
+      name,
+      node.directory ? platform::kAttrDirectory : (node.read_only ? platform::kAttrReadOnly : platform::kAttrNormal),
+      node.data.size()};
+}
+
 bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, std::vector<DirEntry>& out,
                           FileError& error) {
   out.clear();
@@ -150,11 +148,8 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
     if (it == nodes.end()) return true;
     if (raw.back() == '/' && !it->second.directory) return true;  // "file/" names no file
     if (it->second.directory && !(attributes & platform::kAttrDirectory)) return true;
-    std::string name = it->first.substr(it->first.rfind('/') + 1);
-    out.push_back({name.empty() ? "/" : name,
-                   it->second.directory ? platform::kAttrDirectory
-                                        : (it->second.read_only ? platform::kAttrReadOnly : platform::kAttrNormal),
-                   it->second.data.size()});
+    const std::string name = it->first.substr(it->first.rfind('/') + 1);
+    out.push_back(Entry(name.empty() ? "/" : name, it->second));
     return true;
   }
   const std::string base = Normalize(dir.empty() ? "." : dir);
@@ -166,10 +161,7 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
     if (node.directory && !(attributes & platform::kAttrDirectory)) continue;
     if (name[0] == '.' && !(attributes & platform::kAttrHidden)) continue;
     if (!files::MatchWildcard(name, last)) continue;
-    out.push_back(
-        {name,
-         node.directory ? platform::kAttrDirectory : (node.read_only ? platform::kAttrReadOnly : platform::kAttrNormal),
-         node.data.size()});
+    out.push_back(Entry(name, node));
   }
   return true;
 }
@@ -184,10 +176,7 @@ bool FakeFileSystem::ChangeDirectory(const std::string& directory, FileError& er
   calls.push_back("cd " + directory);
   const std::string n = Normalize(directory);
   if (Injected(Op::kChangeDirectory, n, error)) return false;
-  if (directory.empty() || !IsDirectory(n)) {
-    error = PathNotFound();
-    return false;
-  }
+  if (directory.empty() || !IsDirectory(n)) return Failed(error, PathNotFound());
   cwd = n;
   return true;
 }
@@ -196,14 +185,8 @@ bool FakeFileSystem::MakeDirectory(const std::string& directory, FileError& erro
   calls.push_back("mkdir " + directory);
   const std::string n = Normalize(directory);
   if (Injected(Op::kMakeDirectory, n, error)) return false;
-  if (nodes.count(n)) {
-    error = AccessError();
-    return false;
-  }
-  if (!ParentIsDirectory(n)) {
-    error = PathNotFound();
-    return false;
-  }
+  if (nodes.count(n)) return Failed(error, AccessError());
+  if (!ParentIsDirectory(n)) return Failed(error, PathNotFound());
   nodes[n].directory = true;
   return true;
 }
@@ -213,21 +196,14 @@ bool FakeFileSystem::DeleteFiles(const std::string& pattern, FileError& error) {
   if (Injected(Op::kDelete, Normalize(pattern), error)) return false;
   std::vector<DirEntry> found;
   if (!List(pattern, platform::kAttrNormal, found, error)) return false;
-  if (found.empty()) {
-    error = FileNotFound();
-    return false;
-  }
+  if (found.empty()) return Failed(error, FileNotFound());
   std::string dir, last;
   files::SplitLastSegment(files::ToPlatformPath(pattern), dir, last);
   bool ok = true;
   for (const auto& e : found) {
     const std::string path = Normalize(dir.empty() ? e.name : dir + "/" + e.name);
-    if (nodes[path].read_only) {
-      if (ok) error = AccessError();
-      ok = false;
-      continue;
-    }
-    nodes.erase(path);
+    if (nodes[path].read_only && ok) ok = Failed(error, AccessError());
+    if (!nodes[path].read_only) nodes.erase(path);
   }
   return ok;
 }
@@ -237,10 +213,7 @@ bool FakeFileSystem::SetAttributesNormal(const std::string& path, FileError& err
   const std::string n = Normalize(path);
   if (Injected(Op::kSetAttributes, n, error)) return false;
   auto it = nodes.find(n);
-  if (it == nodes.end()) {
-    error = FileNotFound();
-    return false;
-  }
+  if (it == nodes.end()) return Failed(error, FileNotFound());
   it->second.read_only = false;
   return true;
 }
@@ -249,10 +222,7 @@ bool FakeFileSystem::Length(const std::string& path, std::uint64_t& length, File
   const std::string n = Normalize(path);
   if (Injected(Op::kLength, n, error)) return false;
   auto it = nodes.find(n);
-  if (it == nodes.end() || it->second.directory) {
-    error = FileNotFound();
-    return false;
-  }
+  if (it == nodes.end() || it->second.directory) return Failed(error, FileNotFound());
   length = it->second.data.size();
   return true;
 }
@@ -261,10 +231,7 @@ bool FakeFileSystem::LastWriteTime(const std::string& path, platform::FileTime& 
   const std::string n = Normalize(path);
   if (Injected(Op::kLastWriteTime, n, error)) return false;
   auto it = nodes.find(n);
-  if (it == nodes.end()) {
-    error = FileNotFound();
-    return false;
-  }
+  if (it == nodes.end()) return Failed(error, FileNotFound());
   time = it->second.time;
   return true;
 }
@@ -274,30 +241,14 @@ std::unique_ptr<platform::File> FakeFileSystem::Open(const std::string& path, pl
   const std::string n = Normalize(path);
   if (Injected(Op::kOpen, n, error)) return nullptr;
   auto it = nodes.find(n);
-  if (it != nodes.end() && it->second.directory) {
-    error = AccessError();
-    return nullptr;
-  }
-  if (mode == platform::OpenMode::kRead) {
-    if (it == nodes.end()) {
-      error = ParentIsDirectory(n) ? FileNotFound() : PathNotFound();
-      return nullptr;
-    }
-    return std::make_unique<FakeFile>(*this, n, false);
-  }
-  calls.push_back("open-write " + path);
-  if (it == nodes.end()) {
-    if (!ParentIsDirectory(n)) {
-      error = PathNotFound();
-      return nullptr;
-    }
-    nodes[n];
-  } else if (it->second.read_only) {
-    error = AccessError();
-    return nullptr;
-  } else if (mode == platform::OpenMode::kWriteReplace) {
-    it->second.data.clear();
-  }
+  const bool missing = it == nodes.end(), write = mode != platform::OpenMode::kRead;
+  if (write) calls.push_back("open-write " + path);
+  FileError refused;
+  if (!missing && (it->second.directory || (write && it->second.read_only))) refused = AccessError();
+  if (missing) refused = ParentIsDirectory(n) ? (write ? FileError{} : FileNotFound()) : PathNotFound();
+  if (refused) return Failed(error, refused), nullptr;
+  if (!write) return std::make_unique<FakeFile>(*this, n, false);
+  if (mode == platform::OpenMode::kWriteReplace || missing) nodes[n].data.clear();
   return std::make_unique<FakeFile>(*this, n, true);
 }
 
@@ -305,10 +256,8 @@ bool FakeFileSystem::ReadAll(const std::string& path, std::string& out, FileErro
   const std::string n = Normalize(path);
   if (Injected(Op::kOpen, n, error) || Injected(Op::kRead, n, error)) return false;
   auto it = nodes.find(n);
-  if (it == nodes.end() || it->second.directory) {
-    error = it == nodes.end() ? FileNotFound() : AccessError();
-    return false;
-  }
+  if (it == nodes.end() || it->second.directory)
+    return Failed(error, it == nodes.end() ? FileNotFound() : AccessError());
   out = it->second.data;
   bytes_read += out.size();
   return true;
@@ -318,19 +267,10 @@ bool FakeFileSystem::WriteAll(const std::string& path, const std::string& data, 
   calls.push_back("write " + path);
   const std::string n = Normalize(path);
   if (Injected(Op::kWrite, n, error)) return false;
-  if (path.empty()) {
-    error = {52, "Bad file name or number"};
-    return false;
-  }
+  if (path.empty()) return Failed(error, {52, "Bad file name or number"});
   auto it = nodes.find(n);
-  if (it != nodes.end() && (it->second.directory || it->second.read_only)) {
-    error = AccessError();
-    return false;
-  }
-  if (!ParentIsDirectory(n)) {
-    error = PathNotFound();
-    return false;
-  }
+  if (it != nodes.end() && (it->second.directory || it->second.read_only)) return Failed(error, AccessError());
+  if (!ParentIsDirectory(n)) return Failed(error, PathNotFound());
   nodes[n].data = data;
   return true;
 }
@@ -340,12 +280,9 @@ bool FakeFileSystem::TempFileName(const std::string& directory, const std::strin
   std::string dir = files::ToPlatformPath(directory);
   if (!dir.empty() && dir.back() != '/') dir += '/';
   if (Injected(Op::kWrite, Normalize(dir.empty() ? "." : dir), error)) return false;
-  if (!IsDirectory(dir.empty() ? "." : dir)) {
-    error = PathNotFound();
-    return false;
-  }
+  if (!IsDirectory(dir.empty() ? "." : dir)) return Failed(error, PathNotFound());
   char hex[8];
-  std::snprintf(hex, sizeof hex, "%X", ++temp_counter & 0xFFFF);
+  std::snprintf(hex, sizeof hex, "%X", ++temp_counter_ & 0xFFFF);
   name = dir + prefix.substr(0, 3) + hex + ".tmp";
   AddFile(name, "");
   calls.push_back("tempfile " + name);

@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -60,8 +59,7 @@ class FakeFileSystem : public platform::FileSystem {
   std::string temp_path = "/tmp/";
   std::string windows_directory = "/windows";
   std::string system_directory = "/windows/system";
-  std::uint64_t bytes_read = 0;  // every byte handed out by File::Read and ReadAll
-  int temp_counter = 0;
+  std::uint64_t bytes_read = 0;    // every byte handed out by File::Read and ReadAll
   std::vector<std::string> calls;  // "op path" of every mutating call, in order
 
   // ---- platform::FileSystem ----
@@ -94,6 +92,7 @@ class FakeFileSystem : public platform::FileSystem {
   bool Injected(Op op, const std::string& normalized, platform::FileError& error) const;
   bool ParentIsDirectory(const std::string& normalized) const;
   std::map<std::pair<Op, std::string>, platform::FileError> failures_;
+  int temp_counter_ = 0;
 };
 
 }  // namespace tolva::fakes

@@ -7,6 +7,8 @@
 #include <map>
 #include <string>
 
+#include "files/profile_file.h"
+#include "files/wildcard.h"
 #include "tolva/platform/profile_store.h"
 
 namespace tolva::fakes {
@@ -19,14 +21,38 @@ class FakeProfileStore : public platform::ProfileStore {
   bool fail_writes = false;  // every write fails and changes nothing
   int writes = 0;
 
-  std::string Resolve(const std::string& file) const;
+  std::string Resolve(const std::string& file) const {
+    const std::string p = files::ToPlatformPath(file);
+    return !p.empty() && p.find('/') == std::string::npos ? windows_directory + "/" + p : p;
+  }
 
   std::size_t GetString(const std::string& section, const std::string& key, const std::string& default_value,
-                        std::string& out, std::size_t buffer_size, const std::string& file) override;
+                        std::string& out, std::size_t buffer_size, const std::string& file) override {
+    const std::size_t room = buffer_size ? buffer_size - 1 : 0;
+    auto it = files.find(Resolve(file));
+    const tolva::files::ProfileFile parsed(it == files.end() ? std::string() : it->second);
+    const auto found = parsed.Find(section, key);
+    out.assign(found ? found->substr(0, room) : tolva::files::TrimProfileBlanks(default_value).substr(0, room));
+    return out.size();
+  }
+
   bool WriteString(const std::string& section, const std::string& key, const std::string* value,
-                   const std::string& file) override;
+                   const std::string& file) override {
+    ++writes;
+    if (fail_writes) return false;
+    auto it = files.find(Resolve(file));
+    if (it == files.end() && !value) return true;
+    bool changed = false;
+    std::string updated = tolva::files::ProfileFile(it == files.end() ? std::string() : it->second)
+                              .WithValue(section, key, value, changed);
+    if (changed) files[Resolve(file)] = std::move(updated);
+    return true;
+  }
+
   std::size_t GetSystemString(const std::string& section, const std::string& key, const std::string& default_value,
-                              std::string& out, std::size_t buffer_size) override;
+                              std::string& out, std::size_t buffer_size) override {
+    return GetString(section, key, default_value, out, buffer_size, windows_directory + "/win.ini");
+  }
 };
 
 }  // namespace tolva::fakes

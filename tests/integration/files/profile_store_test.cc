@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <algorithm>
 #include <string>
 
 #include "files/profile_file.h"
@@ -44,25 +44,6 @@ TEST(ProfileStoreTest, WritesKeepEveryOtherByte) {
   const std::string bad = "x\r\n[Evil]";
   EXPECT_FALSE(store.WriteString("One", "a", &bad, ini));  // would split the line
   EXPECT_EQ(Get(store, ini, "Evil", "a"), "<none>");
-}
-
-TEST(ProfileStoreTest, MissingFileIsCreatedAndPermissionsAreKept) {
-  TempDir dir;
-  const std::string ini = dir / "new.ini";
-  PosixProfileStore store;
-  std::string back = ini;
-  for (char& ch : back)
-    if (ch == '/') ch = '\\';
-  const std::string v = "value";
-  EXPECT_TRUE(store.WriteString("Sec", "key", nullptr, back));  // deleting from nothing creates nothing
-  EXPECT_EQ(::access(ini.c_str(), F_OK), -1);
-  ASSERT_TRUE(store.WriteString("Sec", "key", &v, back));
-  EXPECT_EQ(TempDir::Read(ini), "[Sec]\r\nkey=value\r\n");
-  ::chmod(ini.c_str(), 0604);
-  ASSERT_TRUE(store.WriteString("Sec", "other", &v, ini));
-  struct stat st {};
-  ASSERT_EQ(::stat(ini.c_str(), &st), 0);
-  EXPECT_EQ(st.st_mode & 0777, 0604u);
 }
 
 TEST(ProfileStoreTest, RepeatedLookUpsParseOnceAndNeverServeAStaleFile) {
@@ -103,10 +84,22 @@ TEST(ProfileStoreTest, BareNamesAndTheSystemProfileLiveInTheConfigDirectory) {
   ::unsetenv("XDG_CONFIG_HOME");
 }
 
-TEST(ProfileStoreTest, BadFilesGiveDefaultsAndWritesFailCleanly) {
+TEST(ProfileStoreTest, MissingFilesAreCreatedBadOnesGiveDefaultsAndPermissionsAreKept) {
   TempDir dir;
   PosixProfileStore store;
-  const std::string v = "v";
+  const std::string ini = dir / "new.ini", v = "v";
+  std::string back = ini;
+  std::replace(back.begin(), back.end(), '/', '\\');
+  EXPECT_TRUE(store.WriteString("Sec", "key", nullptr, back));  // deleting from nothing creates nothing
+  EXPECT_EQ(::access(ini.c_str(), F_OK), -1);
+  ASSERT_TRUE(store.WriteString("Sec", "key", &v, back));
+  EXPECT_EQ(TempDir::Read(ini), "[Sec]\r\nkey=v\r\n");
+  ::chmod(ini.c_str(), 0604);
+  ASSERT_TRUE(store.WriteString("Sec", "other", &v, ini));
+  struct stat st {};
+  ASSERT_EQ(::stat(ini.c_str(), &st), 0);
+  EXPECT_EQ(st.st_mode & 0777, 0604u);
+
   ::mkdir((dir / "adir.ini").c_str(), 0755);
   EXPECT_EQ(Get(store, dir / "adir.ini", "S", "k"), "<none>");
   EXPECT_FALSE(store.WriteString("S", "k", &v, dir / "adir.ini"));
@@ -115,6 +108,16 @@ TEST(ProfileStoreTest, BadFilesGiveDefaultsAndWritesFailCleanly) {
   TempDir::Write(dir / "nul.ini", std::string("[S]\0\r\nk=a\0b\r\n", 13));
   EXPECT_EQ(Get(store, dir / "nul.ini", "S", "k"), "a");
 }
+
+// The key and value of writer `w`'s `i`th write, with values of many lengths.
+std::string Key(int w, int i) {
+  return "w" + std::to_string(w) + "k" + std::to_string(i);
+}
+std::string Value(int i) {
+  return "value " + std::to_string(i) + std::string(static_cast<std::size_t>(i % 50), '.');
+}
+
+constexpr ssize_t kIntSize = sizeof(int);
 
 // Every write whose call returned must be in the file, whatever happens to
 // the writer afterwards.
@@ -130,36 +133,32 @@ TEST(ProfileStoreKillTest, AKilledWriterLosesNoAcknowledgedValue) {
       ::close(acks[0]);
       PosixProfileStore store;
       for (int i = 0;; ++i) {
-        const std::string key = "r" + std::to_string(round) + "k" + std::to_string(i);
-        const std::string value = "value " + std::to_string(i) + std::string(static_cast<std::size_t>(i % 50), '.');
-        if (!store.WriteString(i % 2 ? "Odd" : "Even", key, &value, ini)) ::_exit(3);
-        if (::write(acks[1], &i, sizeof i) != static_cast<ssize_t>(sizeof i)) ::_exit(4);
+        const std::string value = Value(i);
+        if (!store.WriteString(i % 2 ? "Odd" : "Even", Key(round, i), &value, ini)) ::_exit(3);
+        if (::write(acks[1], &i, sizeof i) != kIntSize) ::_exit(4);
       }
     }
     ::close(acks[1]);
-    int last = -1, got = 0;
-    // Let it get going, then kill it at a moment that varies per round.
-    while (got < 20 + round * 15 && ::read(acks[0], &last, sizeof last) == static_cast<ssize_t>(sizeof last)) ++got;
-    ::usleep(static_cast<useconds_t>(round * 700));
+    // Kill it after a number of acknowledged writes that varies per round.
+    int last = -1;
+    for (int got = 0; got < 20 + round * 15 && ::read(acks[0], &last, sizeof last) == kIntSize;) ++got;
     ::kill(pid, SIGKILL);
     int status = 0;
     ::waitpid(pid, &status, 0);
     ASSERT_TRUE(WIFSIGNALED(status)) << "the writer stopped on its own: " << status;
-    for (int i; ::read(acks[0], &i, sizeof i) == static_cast<ssize_t>(sizeof i);) last = i;
+    for (int i; ::read(acks[0], &i, sizeof i) == kIntSize;) last = i;
     ::close(acks[0]);
     ASSERT_GE(last, 0);
-
     const files::ProfileFile file(TempDir::Read(ini));
     for (int i = 0; i <= last; ++i) {
-      const std::string key = "r" + std::to_string(round) + "k" + std::to_string(i);
-      const auto value = file.Find(i % 2 ? "odd" : "even", key);
+      const auto value = file.Find(i % 2 ? "odd" : "even", Key(round, i));
       ASSERT_TRUE(value.has_value()) << "round " << round << " lost acknowledged write " << i << " of " << last;
-      EXPECT_EQ(std::string(*value), "value " + std::to_string(i) + std::string(static_cast<std::size_t>(i % 50), '.'));
+      EXPECT_EQ(std::string(*value), Value(i));
     }
   }
 }
 
-TEST(ProfileStoreKillTest, TwoProcessesWritingAtOnceLoseNoUpdate) {
+TEST(ProfileStoreKillTest, ProcessesWritingAtOnceLoseNoUpdate) {
   TempDir dir;
   const std::string ini = dir / "shared.ini";
   constexpr int kWriters = 3, kKeys = 40;
@@ -170,8 +169,8 @@ TEST(ProfileStoreKillTest, TwoProcessesWritingAtOnceLoseNoUpdate) {
     if (pids[w] == 0) {
       PosixProfileStore store;
       for (int i = 0; i < kKeys; ++i) {
-        const std::string value = std::to_string(w * 1000 + i);
-        if (!store.WriteString("Shared", "w" + std::to_string(w) + "k" + std::to_string(i), &value, ini)) ::_exit(1);
+        const std::string value = Value(w * 1000 + i);
+        if (!store.WriteString("Shared", Key(w, i), &value, ini)) ::_exit(1);
       }
       ::_exit(0);
     }
@@ -184,9 +183,9 @@ TEST(ProfileStoreKillTest, TwoProcessesWritingAtOnceLoseNoUpdate) {
   const files::ProfileFile file(TempDir::Read(ini));
   for (int w = 0; w < kWriters; ++w)
     for (int i = 0; i < kKeys; ++i) {
-      const auto value = file.Find("Shared", "w" + std::to_string(w) + "k" + std::to_string(i));
+      const auto value = file.Find("Shared", Key(w, i));
       ASSERT_TRUE(value.has_value()) << w << " " << i;
-      EXPECT_EQ(std::string(*value), std::to_string(w * 1000 + i));
+      EXPECT_EQ(std::string(*value), Value(w * 1000 + i));
     }
 }
 

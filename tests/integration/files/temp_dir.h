@@ -1,14 +1,11 @@
-// A fresh directory under the system's temporary directory, removed with
+// A fresh directory under the test home's temporary directory, removed with
 // everything in it when the test ends.
 #ifndef TOLVA_TESTS_INTEGRATION_FILES_TEMP_DIR_H_
 #define TOLVA_TESTS_INTEGRATION_FILES_TEMP_DIR_H_
 
-#include <ftw.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <stdlib.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -17,20 +14,12 @@ namespace tolva::testing_files {
 
 class TempDir {
  public:
-  TempDir() {
-    const char* base = std::getenv("TMPDIR");
-    std::string templ = std::string(base && *base ? base : "/tmp") + "/tolva-files-XXXXXX";
-    if (::mkdtemp(templ.data())) path_ = templ;
+  TempDir() : path_((std::filesystem::temp_directory_path() / "tolva-files-XXXXXX").string()) {
+    if (!::mkdtemp(path_.data())) path_.clear();
   }
   ~TempDir() {
-    if (path_.empty()) return;
-    ::nftw(
-        path_.c_str(),
-        [](const char* p, const struct stat*, int, struct FTW*) {
-          ::chmod(p, 0700);
-          return ::remove(p) == 0 ? 0 : 0;
-        },
-        16, FTW_DEPTH | FTW_PHYS);
+    std::error_code ignored;
+    if (!path_.empty()) std::filesystem::remove_all(path_, ignored);
   }
   TempDir(const TempDir&) = delete;
   TempDir& operator=(const TempDir&) = delete;
@@ -40,9 +29,8 @@ class TempDir {
 
   static void Write(const std::string& path, const std::string& data) { std::ofstream(path, std::ios::binary) << data; }
   static std::string Read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream s;
-    s << in.rdbuf();
+    s << std::ifstream(path, std::ios::binary).rdbuf();
     return s.str();
   }
 

@@ -15,51 +15,42 @@ class RecordingContainer : public HostContainer {
   std::vector<std::string> changed;
 };
 
-TEST(Lifecycle, SavedWithAllDefaultsLeavesTheBagEmptyAndLoadsBackTheDefaults) {
+TEST(Lifecycle, OnlyValuesThatDifferFromTheDefaultAreSavedAndLoadBackWithoutNotices) {
   Tolva2011Register c{platform::Services{}};
   c.InitProperties();
-  MemoryPropertyBag bag;
+  EXPECT_NE(c.Icon(), nullptr) << "first-time defaults set the about icon";
   c.Icon(nullptr);  // the icon default in the bag is "no picture"
-  c.WriteProperties(bag);
-  EXPECT_TRUE(bag.Empty());
+  MemoryPropertyBag defaults;
+  c.WriteProperties(defaults);
+  EXPECT_TRUE(defaults.Empty());
 
-  Tolva2011Register loaded{platform::Services{}};
-  loaded.ProgramName("changed");
-  loaded.ReadProperties(bag);
-  EXPECT_EQ(loaded.ProgramName(), "Tolva");
-  EXPECT_FLOAT_EQ(loaded.FormSizeRatio(), 0.75f);
-  EXPECT_EQ(loaded.RegistryBackupLoad(), kFalse);
-  EXPECT_EQ(loaded.Icon(), nullptr);
-}
-
-TEST(Lifecycle, OnlyValuesThatDifferFromTheDefaultAreSavedAndRoundTrip) {
-  Tolva2011Register c{platform::Services{}};
-  c.InitProperties();
-  c.Icon(nullptr);
   c.ProgramName("");  // differs from "Tolva", so it is saved
   c.FormSizeRatio(-2.5f);
   c.RegistryBackupLoad(kTrue);
   c.RegistryApp("App \\ name");
+  c.ReadWriteIncrement(500);  // never saved: zero after every load
   MemoryPropertyBag bag;
   c.WriteProperties(bag);
   EXPECT_EQ(bag.Size(), 4u);
   EXPECT_TRUE(bag.Contains("ProgramName"));
 
-  Tolva2011Register d{platform::Services{}};
+  RecordingContainer host;
+  Tolva2011Register d{platform::Services{}, &host};
+  d.ReadWriteIncrement(7);
+  host.changed.clear();
   d.ReadProperties(bag);
   EXPECT_EQ(d.ProgramName(), "");
   EXPECT_FLOAT_EQ(d.FormSizeRatio(), -2.5f);
   EXPECT_EQ(d.RegistryBackupLoad(), kTrue);
   EXPECT_EQ(d.RegistryApp(), "App \\ name");
-}
+  EXPECT_EQ(d.ReadWriteIncrement(), 0);
+  EXPECT_TRUE(host.changed.empty()) << "loading does not notify";
 
-TEST(Lifecycle, ReadWriteIncrementIsZeroAfterEveryLoad) {
-  Tolva2011Register c{platform::Services{}};
-  c.ReadWriteIncrement(500);
-  MemoryPropertyBag bag;
-  c.WriteProperties(bag);
-  c.ReadProperties(bag);
-  EXPECT_EQ(c.ReadWriteIncrement(), 0);
+  d.ReadProperties(defaults);
+  EXPECT_EQ(d.ProgramName(), "Tolva");
+  EXPECT_FLOAT_EQ(d.FormSizeRatio(), 0.75f);
+  EXPECT_EQ(d.RegistryBackupLoad(), kFalse);
+  EXPECT_EQ(d.Icon(), nullptr);
 }
 
 TEST(Lifecycle, LetsStoreAsGivenAndNotifyByName) {
@@ -69,45 +60,28 @@ TEST(Lifecycle, LetsStoreAsGivenAndNotifyByName) {
   c.FormSizeRatio(0.0f);
   c.ReadWriteIncrement(-3);
   c.RegistryBackupFile("x.ini");
-  EXPECT_EQ(c.ProgramName(), "  padded  ");
-  EXPECT_EQ(c.ReadWriteIncrement(), -3);
+  EXPECT_EQ(c.ProgramName(), "  padded  ");  // not trimmed
+  EXPECT_EQ(c.ReadWriteIncrement(), -3);     // not clamped
   EXPECT_EQ(host.changed,
             (std::vector<std::string>{"ProgramName", "FormSizeRatio", "ReadWriteIncrement", "RegistryBackupFile"}));
 }
 
-TEST(Lifecycle, LoadingDoesNotNotifyAndFirstTimeDefaultsSetTheAboutIcon) {
-  RecordingContainer host;
-  Tolva2011Register c{platform::Services{}, &host};
-  MemoryPropertyBag bag;
-  c.ReadProperties(bag);
-  EXPECT_TRUE(host.changed.empty());
-  c.InitProperties();
-  EXPECT_NE(c.Icon(), nullptr);
-}
-
 TEST(Lifecycle, FilePropertyBagKeepsAnyBytes) {
   const std::string path = ::testing::TempDir() + "/tolva_bag_test.txt";
-  {
-    FilePropertyBag bag(path);
-    bag.WriteProperty("ProgramName", Variant::FromString("a=b\r\n\\c\x01"), Variant::FromString("Tolva"));
-    ASSERT_TRUE(bag.Save());
-  }
-  FilePropertyBag bag(path);
-  ASSERT_TRUE(bag.Load());
-  EXPECT_EQ(bag.ReadProperty("ProgramName", Variant()).AsString(), "a=b\r\n\\c\x01");
+  FilePropertyBag out(path);
+  out.WriteProperty("ProgramName", Variant::FromString("a=b\r\n\\c\x01"), Variant::FromString("Tolva"));
+  ASSERT_TRUE(out.Save());
+  FilePropertyBag in(path);
+  ASSERT_TRUE(in.Load());
+  EXPECT_EQ(in.ReadProperty("ProgramName", Variant()).AsString(), "a=b\r\n\\c\x01");
   std::remove(path.c_str());
 }
 
-TEST(Lifecycle, ResizeKeepsThePictureExtentAndTheDialogFilterIsExact) {
+TEST(Lifecycle, ResizeKeepsThePictureExtent) {
   Tolva2011Register c{platform::Services{}};
   c.Resize();
   EXPECT_EQ(c.ControlWidth(), c.ControlHeight());
   EXPECT_GT(c.ControlWidth(), 0);
-  const std::string f = c.DialogFilter();
-  EXPECT_EQ(f.substr(0, 41), "All Files|*.*|Access Files (*.mdb)|*.mdb|");
-  EXPECT_NE(f.find("CSV FIles (*.csv)|*.csv|"), std::string::npos);
-  EXPECT_NE(f.find("*.html; &.htm; *.shtml; *.chm|"), std::string::npos);
-  EXPECT_EQ(f.substr(f.size() - 28), "Word Documents (*.doc)|*.doc");
 }
 
 }  // namespace
