@@ -1,8 +1,7 @@
-// A scriptable in-memory FTP library for unit tests: a remote tree of
-// directories and files, users, per-connection current directories, open
-// handles that are counted, failures to inject per operation, and a log of
-// every call. Local files of whole-file transfers go through the given
-// FileSystem (usually FakeFileSystem), so the component sees what arrived.
+// A scriptable in-memory FTP library for unit tests: a remote tree, one
+// user, per-connection current directories, counted handles, failures to
+// inject per call, and a log of every call. Whole-file transfers read and
+// write their local side through the given FileSystem.
 //
 // Like a real connection, one with a search or a file open on it refuses
 // other commands (kErrorFtpTransferInProgress): a member that forgets to
@@ -26,78 +25,41 @@ namespace tolva::fakes {
 
 class FakeInternet : public platform::InternetLibrary {
  public:
-  enum class Op {
-    kOpen,
-    kConnect,
-    kCloseHandle,
-    kFindFirst,
-    kFindNext,
-    kGetCurrentDirectory,
-    kSetCurrentDirectory,
-    kCreateDirectory,
-    kRemoveDirectory,
-    kDeleteFile,
-    kGetFile,
-    kPutFile,
-    kOpenFile,
-    kReadFile,
-    kWriteFile,
-    kConnectedState,
-  };
   struct RemoteNode {
     bool directory = false;
     std::string data;
-    std::optional<std::uint64_t> listed_size;  // size the listing reports, when not data.size()
-    // Reads of a file opened for reading yield listed_size bytes of zeros
-    // without storing them: files beyond what memory would hold.
-    bool generated = false;
+    // A file this many zero bytes long, listed and read but never stored:
+    // sizes beyond what memory would hold.
+    std::uint64_t zeros = 0;
     platform::FindTime time{true, 2011, 1, 2, 3, 4, 5};
   };
+  // The code that makes a failing call throw, as a library whose entry point is missing would.
+  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;
 
-  explicit FakeInternet(std::shared_ptr<platform::FileSystem> local = nullptr);
+  explicit FakeInternet(std::shared_ptr<platform::FileSystem> local = nullptr) : local_(std::move(local)) {}
 
-  // ---- Set-up ----
-  // Adds a remote file (and its parent directories); paths are absolute.
-  void AddFile(const std::string& path, const std::string& data, platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5});
-  void AddDirectory(const std::string& path);
-  // Replaces every listing with these entries (names as a hostile server
-  // sends them); the mask still applies.
-  void SetListing(std::vector<platform::FindData> entries) { listing_override_ = std::move(entries); }
-  // Makes the next calls of `op` fail with `code` (and, for 12003, the
-  // server's `response`): after `skip` successful calls, `times` times
-  // (-1: for ever).
-  void Fail(Op op, std::uint32_t code, const std::string& response = "", int skip = 0, int times = 1);
-  // Makes `op` throw, as a library whose entry point is missing would.
-  void Throw(Op op) { throwing_[op] = true; }
-  // Called at the start of every operation (after counting it).
-  std::function<void(Op)> on_call;
+  // Adds a remote file or directory and its missing parents; paths are absolute.
+  void Add(const std::string& path, std::optional<std::string> data = std::nullopt,
+           platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5});
+  // Makes the next call whose log line starts with `verb` ("GetFile", "Read", ...) fail
+  // with `code` (and, for 12003, the server's `response`), after `skip` calls that succeed.
+  void Fail(const std::string& verb, std::uint32_t code, const std::string& response = "", int skip = 0) {
+    failures_[verb].push_back({skip, code, response});
+  }
+  int Count(const std::string& verb) const;
+  int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
 
-  std::map<std::string, std::string> users{{"user", "secret"}};
+  std::map<std::string, RemoteNode> nodes{{"/", {true, ""}}};  // keyed by absolute path
+  // Replaces every listing with these entries (names as a hostile server sends them).
+  std::optional<std::vector<platform::FindData>> listing;
+  std::vector<std::string> log;  // "Connect server1 user 0 8000000", "GetFile a.txt /l 80000002", ...
+  std::function<void(const std::string& verb)> on_call;  // at the start of every call
+  std::string password = "secret";                       // of the only user, "user"
   bool connected = true;
-  std::uint32_t connected_flags = platform::kConnectionLan;
   // Handles are numbered from here; a base with the top bit set checks that
   // the component keeps them intact through its signed Longs.
   std::uint32_t next_handle = 0x100;
-  // At most this many bytes per ReadFile (0: as many as asked), to play a
-  // library that returns short reads.
-  std::uint32_t read_limit = 0;
-
-  // ---- Inspection ----
-  int Count(Op op) const;
-  int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
-  bool IsFile(const std::string& path) const;
-  bool IsDirectory(const std::string& path) const;
-  std::string Contents(const std::string& path) const;
-  std::vector<std::string> log;  // one line per call: "Connect host user", "GetFile a.txt /l 80000002", ...
-  std::string last_agent;
-  std::string last_host;
-  std::uint16_t last_port = 0;
-  std::uint32_t last_connect_flags = 0;
-  std::uint32_t last_open_flags = 0;  // flags of the last OpenFile
-  std::uint32_t last_open_access = 0;
-  std::uint32_t last_transfer_flags = 0;  // flags of the last GetFile / PutFile
-  std::uint32_t connect_timeout_ms = 0, read_timeout_ms = 0;
-  std::map<std::string, RemoteNode> nodes;  // keyed by absolute path; "/" is the root
+  std::uint32_t read_limit = 0;  // at most this many bytes per ReadFile (0: as asked)
 
   // ---- platform::InternetLibrary ----
   platform::InternetHandle Open(const std::string& agent, std::uint32_t access_type, std::uint32_t flags) override;
@@ -129,45 +91,35 @@ class FakeInternet : public platform::InternetLibrary {
                  std::uint32_t& written) override;
 
  private:
-  enum class Kind { kInternet, kConnection, kFind, kFile };
   struct Handle {
-    explicit Handle(Kind k = Kind::kInternet) : kind(k) {}
-    Kind kind;
-    platform::InternetHandle parent = 0;
+    platform::InternetHandle parent = 0;  // 0: an Internet handle
+    bool connection = false;
     std::string cwd = "/";                  // connections
     std::vector<platform::FindData> found;  // searches
     std::size_t next = 0;                   // searches: next entry; files: read position
-    std::string path;                       // files
-    std::string data;                       // files opened for reading (as served)
-    std::uint64_t generated_left = 0;       // files of generated content: bytes still to come
-    bool generated = false;
+    std::string path, data;                 // files: remote path, bytes read or written
+    std::uint64_t zeros = 0;                // files of zeros: bytes still to come
     bool writing = false;
-    bool ascii = false;
   };
   struct Failure {
     int skip;
-    int times;
     std::uint32_t code;
     std::string response;
   };
 
-  // Counts, logs and applies an injected failure; true when the call must fail.
-  bool Enter(Op op, const std::string& line);
+  // Logs the call and applies an injected failure; true when the call must fail.
+  bool Enter(const std::string& verb, const std::string& args);
+  // Enter, then the connection; nothing (error set) when the call fails, or the
+  // connection is unknown or busy. `path` becomes `arg` resolved against its directory.
+  Handle* Begin(const std::string& verb, platform::InternetHandle connection, const std::string& arg, std::string& path,
+                const std::string& more = "");
   bool Error(std::uint32_t code, const std::string& response = "");
-  Handle* Find(platform::InternetHandle h, Kind kind);
-  // The connection, or nothing (error set) when it is unknown or busy.
-  Handle* Ready(platform::InternetHandle connection);
-  std::string Resolve(const Handle& connection, const std::string& path) const;
-  static std::string Parent(const std::string& path);
-  static std::string Name(const std::string& path);
-  platform::FindData Describe(const std::string& path, const RemoteNode& node) const;
+  bool Is(const std::string& path, bool directory) const;
+  std::uint32_t NewHandle(Handle h);
   void CloseTree(platform::InternetHandle h);
 
   std::map<platform::InternetHandle, Handle> handles_;
-  std::map<Op, std::deque<Failure>> failures_;
-  std::map<Op, bool> throwing_;
-  std::map<Op, int> counts_;
-  std::optional<std::vector<platform::FindData>> listing_override_;
+  std::map<std::string, std::deque<Failure>> failures_;
   std::shared_ptr<platform::FileSystem> local_;
   std::uint32_t last_error_ = 0;
   std::string last_response_;
