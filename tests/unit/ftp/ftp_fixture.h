@@ -31,22 +31,24 @@ class RecordingHost : public HostContainer, public Tolva2011RegisterEvents {
   void FTPSessionFileFound(Boolean& dir, std::string& name, Long& size, std::string& date, std::string& time,
                            Boolean& cancel_out) override {
     cancel_out = cancel;
-    Add("Found " + name + " " + std::to_string(dir) + " " + std::to_string(size) + " " + date + " " + time);
+    Add("Found " + name + " " + S(dir) + " " + S(size) + " " + date + " " + time);
   }
   void FTPSessionFileDeleted(std::string& path, Boolean& ok) override { Add("Deleted " + path + " " + S(ok)); }
   void FTPSessionFileDownloaded(std::string& path, Boolean& ok) override { Add("Downloaded " + path + " " + S(ok)); }
-  // Both progress handlers scribble on their counters: the transfer must have handed over copies.
   void FTPSessionGetProgress(std::string& name, Long& done, Long& total) override {
-    Add("GetProgress " + name + " " + S(done) + "/" + S(total));
-    done = total = -1;
+    Progress("Get", name, done, total);
   }
   void FTPSessionPutProgress(std::string& name, Long& done, Long& total) override {
-    Add("PutProgress " + name + " " + S(done) + "/" + S(total));
-    done = total = -1;
+    Progress("Put", name, done, total);
   }
 
  private:
   static std::string S(long v) { return std::to_string(v); }
+  // Scribbles on the counters afterwards: the transfer must have handed over copies.
+  void Progress(const std::string& kind, const std::string& name, Long& done, Long& total) {
+    Add(kind + "Progress " + name + " " + S(done) + "/" + S(total));
+    done = total = -1;
+  }
   void Add(std::string e) {
     events.push_back(std::move(e));
     if (on_event) on_event(events.back());
@@ -59,13 +61,11 @@ class FtpTest : public ::testing::Test {
     clock->SetNow({2026, 6, 15, 12, 0, 0});
     Fresh();
   }
-
-  // A new component over a new FTP library; the local files stay.
+  // A new component over a new FTP library and the given local files.
   void Fresh(std::shared_ptr<platform::FileSystem> local = nullptr) {
-    net = std::make_shared<fakes::FakeInternet>(local ? local : files);
     platform::Services services;
     services.files = local ? local : files;
-    services.internet = net;
+    services.internet = net = std::make_shared<fakes::FakeInternet>(services.files);
     services.system = clock;
     c = std::make_unique<Tolva2011Register>(services, &host, &host);
     net->log.clear();  // the time-outs the component set on its way up
@@ -81,13 +81,6 @@ class FtpTest : public ::testing::Test {
       if (e.rfind(prefix, 0) == 0 && ++seen == nth) c->FTPSessionStop();
     };
   }
-  // The calls the library saw whose log lines start with `verb`, each closed by ";".
-  std::string Log(const std::string& verb) const {
-    std::string out;
-    for (const std::string& line : net->log)
-      if (line.rfind(verb, 0) == 0) out += line + ";";
-    return out;
-  }
   // Events recorded so far that start with `prefix`, without the DoEvents lines.
   std::vector<std::string> Events(const std::string& prefix = "") const {
     std::vector<std::string> out;
@@ -95,24 +88,25 @@ class FtpTest : public ::testing::Test {
       if (e != "DoEvents" && e.rfind(prefix, 0) == 0) out.push_back(e);
     return out;
   }
-
   // A call's result and the message it handed back, as one line: "0 Session is not opened."
   static std::string Answer(long result, const std::string& message) { return std::to_string(result) + " " + message; }
-  // A call that must fail, and the texts it must leave: the message it hands
-  // back (also FTPLastError) and FTPShortError.
+
+  // A call that must fail, and its texts: the message it hands back (and FTPLastError),
+  // with FTPShortError's part in braces: "Can't Get File [a] - {Session is not opened.}".
   struct Refusal {
     std::string label;
     std::function<long(std::string& message)> run;
-    std::string message, short_text;
+    std::string texts;
   };
-  void ExpectRefusals(const std::vector<Refusal>& rows, const std::function<void()>& before = nullptr) {
+  void ExpectRefusals(const std::vector<Refusal>& rows) {
     for (const Refusal& r : rows) {
-      if (before) before();
+      const std::size_t open = r.texts.find('{'), close = r.texts.find('}');
+      const std::string short_text = r.texts.substr(open + 1, close - open - 1);
+      const std::string full = r.texts.substr(0, open) + short_text + r.texts.substr(close + 1);
       std::string msg = "stale";
       EXPECT_EQ(r.run(msg), 0) << r.label;
-      EXPECT_EQ(msg, r.message) << r.label;
-      EXPECT_EQ(c->FTPLastError(), r.message) << r.label;
-      EXPECT_EQ(c->FTPShortError(), r.short_text) << r.label;
+      EXPECT_EQ(msg + "|" + c->FTPLastError() + "|" + c->FTPShortError(), full + "|" + full + "|" + short_text)
+          << r.label;
     }
   }
 
