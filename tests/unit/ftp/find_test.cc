@@ -146,9 +146,6 @@ TEST_F(Finding, CountAndListsKeepCountingPastTheArrays) {
     EXPECT_EQ(c->FTPSessionFileFindFiles("*.txt", a, r.max, msg), 5) << r.label;
     for (Long i = r.lower; i <= r.upper; ++i) EXPECT_EQ(*a.At(i), r.expected[i - r.lower]) << r.label << " " << i;
   }
-  auto two = HostArray<std::string>::TwoDim(1, 5, 1, 5);
-  EXPECT_EQ(c->FTPSessionFileFindFiles("*", two, 5, msg), 5) << "a two-dimensional array is left alone";
-  EXPECT_EQ(*two.At(1, 1), "");
   net->Add("/dir2");
   auto d = HostArray<std::string>::OneDim(1, 1);
   EXPECT_EQ(c->FTPSessionFileFindDirectories("*", d, 1, msg), 2);

@@ -36,16 +36,12 @@ TEST_F(Transfers, Refusals) {
   Long written = 0;
   std::string buffer;
   ExpectRefusals({
-      {"get: both names empty", [&](M& m) { return c->FTPSessionGet(" ", "", kFalse, m); },
-       "Can't Get File - {Remote File has not been defined.}"},
       {"get: no local, its stop kept out of the short text", [&](M& m) { return c->FTPSessionGet(" a ", " ", 0, m); },
        "Can't Get File [a] - {Local File has not been defined}."},
       {"get: no session", [&](M& m) { return c->FTPSessionGet("a", "/x", kFalse, m); },
        "Can't Get File [a] - {Session is not opened.}"},
       {"put: no local", [&](M& m) { return c->FTPSessionPut("  ", "r", kFalse, m); },
        "Can't Put File - {Local File has not been defined.}"},
-      {"put: no session", [&](M& m) { return c->FTPSessionPut("/l", "r", kFalse, m); },
-       "Can't Put File [/l] - {Session is not opened.}"},
   });
   OpenSession();
   ExpectRefusals({
@@ -55,8 +51,6 @@ TEST_F(Transfers, Refusals) {
        "Can't Put File [/l] - FTP Put Error - {FTPSessionPut/553 Could not create file.}"},
       {"put: missing local", [&](M& m) { return c->FTPSessionPut("/none", "r", kFalse, m); },
        "Can't Put File [/none] - FTP Put Error - {FTPSessionPut/2}."},
-      {"buffered get: no remote", [&](M& m) { return c->FTPSessionGetBuffered(" ", "/l", kFalse, m, 100); },
-       "Can't Get File - {Remote File has not been defined.}"},
       {"buffered get: no local, with its stop", [&](M& m) { return c->FTPSessionGetBuffered("big", "", 0, m, 100); },
        "Can't Get File [big] - {Local File has not been defined.}"},
       {"buffered get: missing", [&](M& m) { return c->FTPSessionGetBuffered("no", "/l", kFalse, m, 100); },
