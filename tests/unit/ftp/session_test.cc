@@ -153,6 +153,7 @@ TEST_F(Session, ErrorTexts) {
     Long n = r.number;
     EXPECT_EQ(c->FTPSessionError(r.tag, n), r.expected) << r.expected;
     n = r.number;
+    // FTPExtendedError gives the same text without the tag ("X/" is two characters).
     EXPECT_EQ(c->FTPExtendedError(n), r.tag.empty() ? r.expected : r.expected.substr(2)) << r.expected;
   }
   // The full text always ends with a stop; the short one stays as the server said it.
