@@ -1,8 +1,8 @@
-// A scriptable in-memory FTP library for unit tests: a remote tree of
-// directories and files, users, per-connection current directories, open
-// handles that are counted, failures to inject per operation, and a log of
-// every call. Local files of whole-file transfers go through the given
-// FileSystem (usually FakeFileSystem), so the component sees what arrived.
+// A scriptable in-memory FTP library for unit tests: a remote tree, one
+// user, per-connection current directories, counted handles, failures to
+// inject per call, and a log of every call ("GetFile a.txt /l 80000002").
+// Whole-file transfers read and write their local side through the given
+// FileSystem.
 //
 // Like a real connection, one with a search or a file open on it refuses
 // other commands (kErrorFtpTransferInProgress): a member that forgets to
@@ -10,164 +10,291 @@
 #ifndef TOLVA_TESTS_FAKES_FAKE_INTERNET_H_
 #define TOLVA_TESTS_FAKES_FAKE_INTERNET_H_
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdio>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "files/wildcard.h"
 #include "tolva/platform/file_system.h"
 #include "tolva/platform/internet.h"
 
 namespace tolva::fakes {
 
 class FakeInternet : public platform::InternetLibrary {
+  using Id = platform::InternetHandle;
+  using Text = const std::string&;
+
  public:
-  enum class Op {
-    kOpen,
-    kConnect,
-    kCloseHandle,
-    kFindFirst,
-    kFindNext,
-    kGetCurrentDirectory,
-    kSetCurrentDirectory,
-    kCreateDirectory,
-    kRemoveDirectory,
-    kDeleteFile,
-    kGetFile,
-    kPutFile,
-    kOpenFile,
-    kReadFile,
-    kWriteFile,
-    kConnectedState,
-  };
   struct RemoteNode {
     bool directory = false;
     std::string data;
-    std::optional<std::uint64_t> listed_size;  // size the listing reports, when not data.size()
-    // Reads of a file opened for reading yield listed_size bytes of zeros
-    // without storing them: files beyond what memory would hold.
-    bool generated = false;
+    // A file this many zero bytes long, listed and read but never stored:
+    // sizes beyond what memory would hold.
+    std::uint64_t zeros = 0;
     platform::FindTime time{true, 2011, 1, 2, 3, 4, 5};
   };
+  // The code that makes a failing call throw, as a library whose entry point is missing would.
+  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;
 
-  explicit FakeInternet(std::shared_ptr<platform::FileSystem> local = nullptr);
+  explicit FakeInternet(std::shared_ptr<platform::FileSystem> local) : local_(std::move(local)) {}
 
-  // ---- Set-up ----
-  // Adds a remote file (and its parent directories); paths are absolute.
-  void AddFile(const std::string& path, const std::string& data, platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5});
-  void AddDirectory(const std::string& path);
-  // Replaces every listing with these entries (names as a hostile server
-  // sends them); the mask still applies.
-  void SetListing(std::vector<platform::FindData> entries) { listing_override_ = std::move(entries); }
-  // Makes the next calls of `op` fail with `code` (and, for 12003, the
-  // server's `response`): after `skip` successful calls, `times` times
-  // (-1: for ever).
-  void Fail(Op op, std::uint32_t code, const std::string& response = "", int skip = 0, int times = 1);
-  // Makes `op` throw, as a library whose entry point is missing would.
-  void Throw(Op op) { throwing_[op] = true; }
-  // Called at the start of every operation (after counting it).
-  std::function<void(Op)> on_call;
+  // Adds a remote file (or, without data, a directory) and its missing parents; paths are absolute.
+  void Add(Text path, std::optional<std::string> data = std::nullopt,
+           platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5}) {
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+      nodes[path.substr(0, slash)].directory = true;
+    nodes[path] = RemoteNode{!data, data.value_or(""), 0, time};
+  }
+  // Makes the next call logged as `verb` fail with `code` (and, for 12003, the
+  // server's `response`), after `skip` calls that succeed.
+  void Fail(Text verb, std::uint32_t code, Text response = "", int skip = 0) {
+    failures_[verb].push_back({skip, code, response});
+  }
+  // The logged calls of `verb`, each closed by ";".
+  std::string Calls(Text verb) const {
+    std::string out;
+    for (Text line : log)
+      if (line.rfind(verb + " ", 0) == 0) out += line + ";";
+    return out;
+  }
+  int Count(Text verb) const {
+    const std::string calls = Calls(verb);
+    return static_cast<int>(std::count(calls.begin(), calls.end(), ';'));
+  }
+  int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
 
-  std::map<std::string, std::string> users{{"user", "secret"}};
+  std::map<std::string, RemoteNode> nodes{{"/", {true, ""}}};  // keyed by absolute path
+  // Replaces every listing with these entries (names as a hostile server sends them).
+  std::optional<std::vector<platform::FindData>> listing;
+  std::vector<std::string> log;
+  std::function<void(Text verb)> on_call;  // at the start of every call
+  std::string password = "secret";         // of the only user, "user", on the only host, "server1"
   bool connected = true;
-  std::uint32_t connected_flags = platform::kConnectionLan;
   // Handles are numbered from here; a base with the top bit set checks that
   // the component keeps them intact through its signed Longs.
   std::uint32_t next_handle = 0x100;
-  // At most this many bytes per ReadFile (0: as many as asked), to play a
-  // library that returns short reads.
-  std::uint32_t read_limit = 0;
+  std::uint32_t read_limit = 0;  // at most this many bytes per ReadFile (0: as asked)
 
-  // ---- Inspection ----
-  int Count(Op op) const;
-  int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
-  bool IsFile(const std::string& path) const;
-  bool IsDirectory(const std::string& path) const;
-  std::string Contents(const std::string& path) const;
-  std::vector<std::string> log;  // one line per call: "Connect host user", "GetFile a.txt /l 80000002", ...
-  std::string last_agent;
-  std::string last_host;
-  std::uint16_t last_port = 0;
-  std::uint32_t last_connect_flags = 0;
-  std::uint32_t last_open_flags = 0;  // flags of the last OpenFile
-  std::uint32_t last_open_access = 0;
-  std::uint32_t last_transfer_flags = 0;  // flags of the last GetFile / PutFile
-  std::uint32_t connect_timeout_ms = 0, read_timeout_ms = 0;
-  std::map<std::string, RemoteNode> nodes;  // keyed by absolute path; "/" is the root
-
-  // ---- platform::InternetLibrary ----
-  platform::InternetHandle Open(const std::string& agent, std::uint32_t access_type, std::uint32_t flags) override;
-  platform::InternetHandle Connect(platform::InternetHandle internet, const std::string& host, std::uint16_t port,
-                                   const std::string& user, const std::string& password, std::uint32_t service,
-                                   std::uint32_t flags) override;
-  bool CloseHandle(platform::InternetHandle handle) override;
+  Id Open(Text agent, std::uint32_t, std::uint32_t) override { return Enter("Open", agent) ? 0 : New({}); }
+  Id Connect(Id internet, Text host, std::uint16_t port, Text user, Text password_in, std::uint32_t,
+             std::uint32_t flags) override {
+    if (Enter("Connect", host + " " + user + " " + std::to_string(port) + " " + Hex(flags))) return 0;
+    if (!handles_.count(internet)) return Error(platform::kErrorInvalidHandle), 0;
+    if (host != "server1") return Error(platform::kErrorInternetNameNotResolved), 0;
+    if (user != "user" || password_in != password) return Error(kExtended, "530 Login incorrect.\r\n"), 0;
+    return New({internet, true});
+  }
+  bool CloseHandle(Id handle) override {
+    if (Enter("Close", Hex(handle))) return false;
+    auto it = handles_.find(handle);
+    if (it == handles_.end()) return Error(platform::kErrorInvalidHandle);
+    // An upload is complete when its handle closes.
+    if (it->second.writing) nodes[it->second.path] = RemoteNode{false, it->second.data};
+    CloseTree(handle);
+    return true;
+  }
   std::uint32_t LastError() const override { return last_error_; }
   std::string LastResponseInfo() const override { return last_response_; }
-  bool GetConnectedState(std::uint32_t& flags) override;
-  void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) override;
-  platform::InternetHandle FindFirstFile(platform::InternetHandle connection, const std::string& mask,
-                                         platform::FindData& data, std::uint32_t flags) override;
-  bool FindNextFile(platform::InternetHandle find, platform::FindData& data) override;
-  bool GetCurrentDirectory(platform::InternetHandle connection, std::string& directory,
-                           std::uint32_t buffer_length) override;
-  bool SetCurrentDirectory(platform::InternetHandle connection, const std::string& directory) override;
-  bool CreateDirectory(platform::InternetHandle connection, const std::string& directory) override;
-  bool RemoveDirectory(platform::InternetHandle connection, const std::string& directory) override;
-  bool DeleteFile(platform::InternetHandle connection, const std::string& name) override;
-  bool GetFile(platform::InternetHandle connection, const std::string& remote, const std::string& local,
-               bool fail_if_exists, std::uint32_t attributes, std::uint32_t flags) override;
-  bool PutFile(platform::InternetHandle connection, const std::string& local, const std::string& remote,
-               std::uint32_t flags) override;
-  platform::InternetHandle OpenFile(platform::InternetHandle connection, const std::string& name, std::uint32_t access,
-                                    std::uint32_t flags) override;
-  bool ReadFile(platform::InternetHandle file, void* buffer, std::uint32_t to_read, std::uint32_t& read) override;
-  bool WriteFile(platform::InternetHandle file, const void* buffer, std::uint32_t to_write,
-                 std::uint32_t& written) override;
+  bool GetConnectedState(std::uint32_t& flags) override {
+    flags = connected ? platform::kConnectionLan : 0;
+    return connected;
+  }
+  void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) override {
+    log.push_back("Timeouts " + std::to_string(connect_ms) + " " + std::to_string(read_ms));
+  }
+  Id FindFirstFile(Id connection, Text mask, platform::FindData& data, std::uint32_t) override {
+    std::string dir;
+    if (!Begin("FindFirst", connection, "", dir, mask)) return 0;
+    Handle s{connection};
+    for (const platform::FindData& d : listing ? *listing : List(dir))
+      if (files::MatchWildcard(d.name, mask)) s.found.push_back(d);
+    if (s.found.empty()) return Error(platform::kErrorNoMoreFiles), 0;
+    data = s.found[s.next++];
+    return New(std::move(s));
+  }
+  bool FindNextFile(Id find, platform::FindData& data) override {
+    if (Enter("FindNext", "")) return false;
+    Handle& s = handles_.at(find);
+    if (s.next >= s.found.size()) return Error(platform::kErrorNoMoreFiles);
+    data = s.found[s.next++];
+    return true;
+  }
+  bool GetCurrentDirectory(Id connection, std::string& directory, std::uint32_t buffer_length) override {
+    std::string path;
+    if (!Begin("Pwd", connection, "", path)) return false;
+    if (path.size() + 1 > buffer_length) return Error(platform::kErrorInsufficientBuffer);
+    directory = path;
+    return true;
+  }
+  bool SetCurrentDirectory(Id connection, Text directory) override {
+    std::string path;
+    Handle* c = Begin("Cwd", connection, directory, path);
+    if (!c) return false;
+    if (!Is(path, true)) return Error(kExtended, NoSuchFile(directory));
+    c->cwd = path;
+    return true;
+  }
+  bool CreateDirectory(Id connection, Text directory) override {
+    std::string path;
+    if (!Begin("Mkd", connection, directory, path)) return false;
+    if (nodes.count(path)) return Error(kExtended, "550 " + directory + ": Can't create directory.\r\n");
+    return nodes[path].directory = true;
+  }
+  bool RemoveDirectory(Id connection, Text directory) override { return Remove("Rmd", connection, directory, true); }
+  bool DeleteFile(Id connection, Text name) override { return Remove("Dele", connection, name, false); }
+  bool GetFile(Id connection, Text remote, Text local, bool, std::uint32_t, std::uint32_t flags) override {
+    std::string path;
+    platform::FileError error;
+    if (!Begin("GetFile", connection, remote, path, " " + local + " " + Hex(flags))) return false;
+    if (!Is(path, false)) return Error(kExtended, NoSuchFile(remote));
+    return local_->WriteAll(local, nodes[path].data, error) || Error(platform::kErrorAccessDenied);
+  }
+  bool PutFile(Id connection, Text local, Text remote, std::uint32_t flags) override {
+    std::string path, data;
+    platform::FileError error;
+    if (!Begin("PutFile", connection, remote, path, " " + local + " " + Hex(flags))) return false;
+    if (!local_->ReadAll(local, data, error)) return Error(platform::kErrorFileNotFound);
+    if (remote.empty() || !Is(Parent(path), true)) return Error(kExtended, kCannotCreate);
+    nodes[path] = RemoteNode{false, data};
+    return true;
+  }
+  Id OpenFile(Id connection, Text name, std::uint32_t access, std::uint32_t flags) override {
+    Handle f{connection};
+    if (!Begin("OpenFile", connection, name, f.path, " " + Hex(access) + " " + Hex(flags))) return 0;
+    f.writing = access == platform::kGenericWrite;
+    if (f.writing && !Is(Parent(f.path), true)) return Error(kExtended, kCannotCreate), 0;
+    if (!f.writing && !Is(f.path, false)) return Error(kExtended, NoSuchFile(name)), 0;
+    if (!f.writing) f.data = nodes[f.path].data, f.zeros = nodes[f.path].zeros;
+    return New(std::move(f));
+  }
+  bool ReadFile(Id file, void* buffer, std::uint32_t to_read, std::uint32_t& read) override {
+    read = 0;
+    if (Enter("Read", std::to_string(to_read))) return false;
+    Handle& f = handles_.at(file);
+    read = static_cast<std::uint32_t>(std::min<std::uint64_t>(to_read, f.zeros ? f.zeros : f.data.size() - f.next));
+    if (read_limit) read = std::min(read, read_limit);
+    if (f.zeros) {
+      std::memset(buffer, 0, read);
+      f.zeros -= read;
+    } else if (read) {
+      std::memcpy(buffer, f.data.data() + f.next, read);
+      f.next += read;
+    }
+    return true;
+  }
+  bool WriteFile(Id file, const void* buffer, std::uint32_t to_write, std::uint32_t& written) override {
+    written = 0;
+    if (Enter("Write", std::to_string(to_write))) return false;
+    handles_.at(file).data.append(static_cast<const char*>(buffer), written = to_write);
+    return true;
+  }
 
  private:
-  enum class Kind { kInternet, kConnection, kFind, kFile };
   struct Handle {
-    explicit Handle(Kind k = Kind::kInternet) : kind(k) {}
-    Kind kind;
-    platform::InternetHandle parent = 0;
+    Handle(Id parent_handle = 0, bool is_connection = false) : parent(parent_handle), connection(is_connection) {}
+    Id parent;  // 0: an Internet handle
+    bool connection;
     std::string cwd = "/";                  // connections
     std::vector<platform::FindData> found;  // searches
     std::size_t next = 0;                   // searches: next entry; files: read position
-    std::string path;                       // files
-    std::string data;                       // files opened for reading (as served)
-    std::uint64_t generated_left = 0;       // files of generated content: bytes still to come
-    bool generated = false;
+    std::string path, data;                 // files: remote path, bytes read or written
+    std::uint64_t zeros = 0;                // files of zeros: bytes still to come
     bool writing = false;
-    bool ascii = false;
   };
   struct Failure {
     int skip;
-    int times;
     std::uint32_t code;
     std::string response;
   };
+  static constexpr std::uint32_t kExtended = platform::kErrorInternetExtendedError;
+  static constexpr const char* kCannotCreate = "553 Could not create file.\r\n";
 
-  // Counts, logs and applies an injected failure; true when the call must fail.
-  bool Enter(Op op, const std::string& line);
-  bool Error(std::uint32_t code, const std::string& response = "");
-  Handle* Find(platform::InternetHandle h, Kind kind);
-  // The connection, or nothing (error set) when it is unknown or busy.
-  Handle* Ready(platform::InternetHandle connection);
-  std::string Resolve(const Handle& connection, const std::string& path) const;
-  static std::string Parent(const std::string& path);
-  static std::string Name(const std::string& path);
-  platform::FindData Describe(const std::string& path, const RemoteNode& node) const;
-  void CloseTree(platform::InternetHandle h);
+  static std::string Hex(std::uint32_t v) {
+    char b[16];
+    std::snprintf(b, sizeof b, "%x", v);
+    return b;
+  }
+  static std::string Parent(Text path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == 0 ? "/" : path.substr(0, slash);
+  }
+  static std::string NoSuchFile(Text name) { return "550 " + name + ": No such file or directory.\r\n"; }
 
-  std::map<platform::InternetHandle, Handle> handles_;
-  std::map<Op, std::deque<Failure>> failures_;
-  std::map<Op, bool> throwing_;
-  std::map<Op, int> counts_;
-  std::optional<std::vector<platform::FindData>> listing_override_;
+  // Logs the call and applies an injected failure; true when the call must fail.
+  bool Enter(Text verb, Text args) {
+    log.push_back(verb + " " + args);
+    if (on_call) on_call(verb);
+    auto& queue = failures_[verb];
+    if (queue.empty() || queue.front().skip-- > 0) return false;
+    const Failure f = queue.front();
+    queue.pop_front();
+    if (f.code == kThrow) throw std::runtime_error("entry point not found");
+    return !Error(f.code, f.response);
+  }
+  // Enter, then the connection; nothing (error set) when the call fails or the connection is
+  // unknown or busy. `path` becomes `arg` resolved against the connection's directory.
+  Handle* Begin(Text verb, Id connection, Text arg, std::string& path, Text more = "") {
+    if (Enter(verb, arg + more)) return nullptr;
+    auto it = handles_.find(connection);
+    if (it == handles_.end() || !it->second.connection) return Error(platform::kErrorInvalidHandle), nullptr;
+    for (const auto& [h, child] : handles_)
+      if (child.parent == connection) return Error(platform::kErrorFtpTransferInProgress), nullptr;
+    path = !arg.empty() && arg[0] == '/' ? arg : it->second.cwd + "/" + arg;
+    while (path.size() > 1 && path.back() == '/') path.pop_back();
+    if (path.rfind("//", 0) == 0) path.erase(0, 1);
+    return &it->second;
+  }
+  bool Error(std::uint32_t code, Text response = "") {
+    last_error_ = code;
+    if (code == kExtended) last_response_ = response;
+    return false;
+  }
+  bool Is(Text path, bool directory) const {
+    auto it = nodes.find(path);
+    return it != nodes.end() && it->second.directory == directory;
+  }
+  bool Remove(Text verb, Id connection, Text name, bool directory) {
+    std::string path;
+    if (!Begin(verb, connection, name, path)) return false;
+    if (!Is(path, directory) || path == "/") return Error(kExtended, NoSuchFile(name));
+    return nodes.erase(path);
+  }
+  std::vector<platform::FindData> List(Text dir) const {
+    std::vector<platform::FindData> out;
+    for (const auto& [path, node] : nodes) {
+      if (path == "/" || Parent(path) != dir) continue;
+      platform::FindData d;
+      d.attributes = node.directory ? platform::kFileAttributeDirectory : platform::kFileAttributeNormal;
+      d.size = node.zeros ? node.zeros : node.data.size();
+      d.last_write = node.time;
+      d.name = path.substr(path.rfind('/') + 1);
+      out.push_back(d);
+    }
+    return out;
+  }
+  Id New(Handle h) {
+    handles_[next_handle] = std::move(h);
+    return next_handle++;
+  }
+  void CloseTree(Id h) {
+    std::vector<Id> children;
+    for (const auto& [k, v] : handles_)
+      if (v.parent == h) children.push_back(k);
+    for (Id child : children) CloseTree(child);
+    handles_.erase(h);
+  }
+
+  std::map<Id, Handle> handles_;
+  std::map<std::string, std::deque<Failure>> failures_;
   std::shared_ptr<platform::FileSystem> local_;
   std::uint32_t last_error_ = 0;
   std::string last_response_;

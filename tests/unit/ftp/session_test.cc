@@ -1,5 +1,5 @@
-// Opening, closing, testing and reconnecting the session; the error texts.
-#include <functional>
+// The session, its error texts, remote directories, and the one-call
+// members that make connections of their own.
 #include <string>
 #include <vector>
 
@@ -10,243 +10,290 @@ namespace {
 
 class Session : public FtpTest {};
 
-TEST_F(Session, OpenRefusesWithTheDocumentedTexts) {
+TEST_F(Session, OpenAndTheConnectionTestRefuse) {
   struct Row {
     std::string label, host, user;
-    std::function<void(fakes::FakeInternet&)> setup;
-    std::string message, short_text;
+    std::function<void(fakes::FakeInternet&)> setup;  // with one, FTPTest is tried too
+    std::string detail;
   };
   const std::vector<Row> rows = {
-      {"empty host", "", "user", nullptr, "Can't Open Session - Host has not been defined.",
-       "Host has not been defined."},
-      {"blank host", "   ", "user", nullptr, "Can't Open Session - Host has not been defined.",
-       "Host has not been defined."},
-      {"offline", " server1 ", "user", [](auto& n) { n.connected = false; },
-       "Can't Open Session [server1] - Not connected to the Internet.", "Not connected to the Internet."},
-      {"no user, host trimmed in text", " server1 ", "  ", nullptr,
-       "Can't Open Session [server1] - User ID has not been defined.", "User ID has not been defined."},
-      {"open returns 0", "server1", "user", [](auto& n) { n.Fail(Op::kOpen, 12004); },
-       "Can't Open Session [server1] - Session can't be opened.", "Session can't be opened."},
-      {"open can't be called", "server1", "user", [](auto& n) { n.Throw(Op::kOpen); },
-       "Can't Open Session [server1] - InternetOpen Error - entry point not found.", "entry point not found"},
-      {"connect can't be called", "server1", "user", [](auto& n) { n.Throw(Op::kConnect); },
-       "Can't Open Session [server1] - InternetConnect Error - entry point not found.", "entry point not found"},
-      {"bad password", "server1", "user", [](auto& n) { n.users["user"] = "other"; },
-       "Can't Open Session [server1] - Session can't be connected.", "Session can't be connected."},
-      {"unknown host", "nowhere", "user", nullptr, "Can't Open Session [nowhere] - Session can't be connected.",
-       "Session can't be connected."},
+      {"no user, host trimmed in text", " server1 ", "  ", nullptr, "User ID has not been defined."},
+      {"offline", "server1", "user", [](auto& n) { n.connected = false; }, "Not connected to the Internet."},
+      {"open returns 0", "server1", "user", [](auto& n) { n.Fail("Open", 12004); }, "Session can't be opened."},
+      {"open throws", "server1", "user", [](auto& n) { n.Fail("Open", n.kThrow); },
+       "InternetOpen Error - entry point not found."},
+      {"connect throws", "server1", "user", [](auto& n) { n.Fail("Connect", n.kThrow); },
+       "InternetConnect Error - entry point not found."},
+      {"bad password", "server1", "user", [](auto& n) { n.password = "other"; }, "Session can't be connected."},
   };
   for (const Row& r : rows) {
-    net = std::make_shared<fakes::FakeInternet>(files);
-    platform::Services s;
-    s.internet = net;
-    s.files = files;
-    c = std::make_unique<Tolva2011Register>(s, &host, &host);
-    if (r.setup) r.setup(*net);
-    std::string msg = "keep";
-    EXPECT_EQ(c->FTPSessionOpen(r.host, r.user, "secret", msg), kFalse) << r.label;
-    EXPECT_EQ(msg, r.message) << r.label;
-    EXPECT_EQ(c->FTPLastError(), r.message) << r.label;
-    EXPECT_EQ(c->FTPShortError(), r.short_text) << r.label;
-    EXPECT_EQ(net->OpenHandleCount(), 0) << r.label << ": a failed open leaves nothing open";
+    for (const std::string title : {"Can't Open Session [server1] - ", "FTP Test Failure [server1] - "}) {
+      const bool test = title[0] == 'F';
+      if (test && !r.setup) continue;
+      Fresh();
+      if (r.setup) r.setup(*net);
+      std::string msg;
+      const Boolean result =
+          test ? c->FTPTest(r.host, r.user, "secret", msg) : c->FTPSessionOpen(r.host, r.user, "secret", msg);
+      EXPECT_EQ(Answer(result, msg), "0 " + title + r.detail) << r.label;
+      EXPECT_EQ(c->FTPLastError(), msg) << r.label;
+      EXPECT_EQ(net->OpenHandleCount(), 0) << r.label << ": a failed open leaves nothing open";
+    }
   }
+  Fresh();
+  std::string msg;
+  EXPECT_EQ(Answer(c->FTPSessionOpen("   ", "user", "", msg), msg),
+            "0 Can't Open Session - Host has not been defined.");
+  EXPECT_EQ(c->FTPShortError(), "Host has not been defined.");
+  // The connection test takes the host as given, blanks and all, and names itself apart.
+  EXPECT_EQ(Answer(c->FTPTest(" server1 ", "user", "secret", msg), msg),
+            "0 FTP Test Failure [ server1 ] - Session can't be connected.");
+  EXPECT_EQ(c->FTPTest("server1", "user", "secret", msg), kTrue);
+  EXPECT_EQ(net->OpenHandleCount(), 0);
+  EXPECT_EQ(net->Calls("Open"), "Open Tolva 2011 Register FTP Test;Open Tolva 2011 Register FTP Test;");
 }
 
-TEST_F(Session, OpenWithoutALibraryFailsQuietly) {
+TEST_F(Session, OpenTrimsAndKeepsHandlesWithTheTopBitSet) {
+  net->next_handle = 0x80000010u;
+  std::string msg = "untouched";
+  ASSERT_EQ(Answer(c->FTPSessionOpen("  server1 ", " user ", " secret  ", msg), msg), "-1 untouched");
+  EXPECT_EQ(net->log, (std::vector<std::string>{"Open Tolva 2011 Register", "Connect server1 user 0 8000000"}));
+  EXPECT_LT(c->FTPSession(), 0);  // shown as a negative Long, as the host sees it
+  c->FTPSessionClose();
+  EXPECT_EQ(net->OpenHandleCount() + c->FTPSession(), 0);
+  EXPECT_TRUE(Events().empty());
+}
+
+TEST_F(Session, ConnectedStateAndTimeoutsReachTheLibraryWhenThereIsOne) {
+  Long flags = 0;
+  EXPECT_EQ(c->IsConnected(flags), "Connected");
+  EXPECT_EQ(flags, static_cast<Long>(platform::kConnectionLan));
+  c->FTPConnectTimeout(1500);
+  c->FTPReadTimeout(-5);  // a negative time-out is not passed on as a huge one
+  EXPECT_EQ(net->log.back(), "Timeouts 1500 0");
+
   Tolva2011Register bare{platform::Services{}};
   std::string msg;
-  EXPECT_EQ(bare.FTPSessionOpen("server1", "user", "secret", msg), kFalse);
-  EXPECT_EQ(msg, "Can't Open Session [server1] - Not connected to the Internet.");
-  Long flags = 7;
+  EXPECT_EQ(Answer(bare.FTPSessionOpen("server1", "user", "secret", msg), msg),
+            "0 Can't Open Session [server1] - Not connected to the Internet.");
   EXPECT_EQ(bare.IsConnected(flags), "");
   EXPECT_EQ(flags, 0);
   bare.FTPSessionClose();  // no library: nothing to close, nothing thrown
 }
 
-TEST_F(Session, OpenPassesTrimmedCredentialsAndTheFixedCallShape) {
-  std::string msg = "untouched";
-  ASSERT_EQ(c->FTPSessionOpen("  server1 ", " user ", " secret  ", msg), kTrue);
-  EXPECT_EQ(msg, "untouched");
-  EXPECT_EQ(net->last_agent, "Tolva 2011 Register");
-  EXPECT_EQ(net->last_host, "server1");
-  EXPECT_EQ(net->last_port, 0);
-  EXPECT_EQ(net->last_connect_flags, platform::kInternetFlagPassive);
-  EXPECT_NE(c->FTPSession(), 0);
-  EXPECT_NE(c->FTPConnect(), 0);
-  EXPECT_EQ(net->OpenHandleCount(), 2);
-}
-
-TEST_F(Session, HandlesWithTheTopBitSetSurviveTheRoundTrip) {
-  net->next_handle = 0x80000010u;
-  OpenSession();
-  EXPECT_LT(c->FTPSession(), 0);  // shown as a negative Long, as the host sees it
+TEST_F(Session, CloseReportsHandlesItCannotCloseAndKeepsTheCredentials) {
   c->FTPSessionClose();
-  EXPECT_EQ(net->OpenHandleCount(), 0);
-  EXPECT_EQ(c->FTPSession(), 0);
-  EXPECT_TRUE(Events("System").empty());
-}
-
-TEST_F(Session, CloseReportsHandlesItCannotClose) {
-  c->FTPSessionClose();
-  EXPECT_EQ(Events("System"),
-            (std::vector<std::string>{"System Error Closing Handle=0", "System Error Closing Handle=0"}));
-
+  EXPECT_EQ(Events(), (std::vector<std::string>{"System Error Closing Handle=0", "System Error Closing Handle=0"}));
   host.events.clear();
   OpenSession();
   const Long session = c->FTPSession();
-  net->Fail(Op::kCloseHandle, platform::kErrorInvalidHandle, "", 1);  // the second close (session) fails
+  std::string msg;
+  net->Fail("Close", platform::kErrorInvalidHandle, "", 1);  // the second close (the session's) fails
   c->FTPSessionClose();
-  EXPECT_EQ(Events("System"), (std::vector<std::string>{"System Error Closing Handle=" + std::to_string(session)}));
+  EXPECT_EQ(Events(), (std::vector<std::string>{"System Error Closing Handle=" + std::to_string(session)}));
   EXPECT_EQ(c->FTPConnect(), 0);
   EXPECT_EQ(c->FTPSession(), session);
-  std::string msg;
-  EXPECT_EQ(c->FTPSessionTest(msg), kFalse);
-  EXPECT_EQ(msg, "Session is not connected.");
-}
-
-TEST_F(Session, CloseClearsTheErrorTextsButKeepsTheCredentials) {
-  OpenSession();
-  std::string msg;
-  c->FTPSessionDirectoryCreate("", msg);
-  ASSERT_FALSE(c->FTPLastError().empty());
-  c->FTPSessionClose();
-  EXPECT_EQ(c->FTPLastError(), "");
-  EXPECT_EQ(c->FTPShortError(), "");
+  EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "0 Session is not connected.");
   EXPECT_EQ(c->FTPSessionReconnect(msg), kTrue) << msg;
 }
 
 TEST_F(Session, TestNamesTheFirstReasonTheSessionIsNotUsable) {
-  std::string msg = "keep";
-  EXPECT_EQ(c->FTPSessionTest(msg), kFalse);
-  EXPECT_EQ(msg, "Session is not opened.");
-  EXPECT_EQ(c->FTPLastError(), "Session is not opened.");
-  EXPECT_EQ(c->FTPShortError(), "Session is not opened.");
-
+  std::string msg;
+  EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "0 Session is not opened.");
   OpenSession();
   msg = "keep";
-  EXPECT_EQ(c->FTPSessionTest(msg), kTrue);
-  EXPECT_EQ(msg, "keep");
-
+  EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "-1 keep");
   net->connected = false;
-  EXPECT_EQ(c->FTPSessionTest(msg), kFalse);
-  EXPECT_EQ(msg, "Not connected to the Internet.");
+  EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "0 Not connected to the Internet.");
   net->connected = true;
-
   // While a search runs, its handle makes the session busy.
-  net->AddFile("/a.txt", "a");
+  net->Add("/a.txt", "a");
   std::string during;
-  host.on_found = [&](const std::string&, Boolean&) { c->FTPSessionTest(during); };
+  host.on_event = [&](const std::string&) { c->FTPSessionTest(during); };
   EXPECT_EQ(c->FTPSessionFileFind("*", msg), 1);
   EXPECT_EQ(during, "Find Handle is non-zero.");
   EXPECT_EQ(c->FTPSessionTest(msg), kTrue) << "the search closed its handle";
 }
 
 TEST_F(Session, ReconnectTracesEachStepAndRestoresTheDirectory) {
-  net->AddDirectory("/pub");
+  net->Add("/pub");
   OpenSession();
   ASSERT_EQ(c->FTPSessionDirectoryCurrentSet("/pub"), kTrue);
-  host.events.clear();
   std::string msg = "keep";
-  ASSERT_EQ(c->FTPSessionReconnect(msg), kTrue);
-  EXPECT_EQ(msg, "keep");
-  const std::string s = std::to_string(c->FTPSession());
-  const std::string k = std::to_string(c->FTPConnect());
+  ASSERT_EQ(Answer(c->FTPSessionReconnect(msg), msg), "-1 keep");
+  const std::string s = std::to_string(c->FTPSession()), k = std::to_string(c->FTPConnect());
   EXPECT_EQ(Events(),
             (std::vector<std::string>{"System CurrentDirectory=/pub", "System FTPSessionReconnect",
                                       "System Host=server1", "System UserID=user", "System Password=secret",
                                       "System Session=" + s, "System Connect=" + k, "System CurrentDirectory=/pub"}));
   EXPECT_EQ(net->OpenHandleCount(), 2) << "the old handles were closed";
-}
-
-TEST_F(Session, ReconnectFailsAndClosesWhenTheDirectoryIsGone) {
-  net->AddDirectory("/pub");
-  OpenSession();
-  ASSERT_EQ(c->FTPSessionDirectoryCurrentSet("/pub"), kTrue);
   net->nodes.erase("/pub");
-  std::string msg;
-  EXPECT_EQ(c->FTPSessionReconnect(msg), kFalse);
-  EXPECT_EQ(msg, "Can't Reset Current Directory [/pub].");
-  EXPECT_EQ(c->FTPSession(), 0);
+  EXPECT_EQ(Answer(c->FTPSessionReconnect(msg), msg), "0 Can't Reset Current Directory [/pub].");
   EXPECT_EQ(net->OpenHandleCount(), 0);
-}
-
-TEST_F(Session, ReconnectAfterAFailedOpenHasNoCredentials) {
+  // A failed open forgets the credentials.
   OpenSession();
-  std::string msg;
-  net->users.clear();
-  EXPECT_EQ(c->FTPSessionOpen("server1", "user", "secret", msg), kFalse);
-  EXPECT_EQ(c->FTPSessionReconnect(msg), kFalse);
-  EXPECT_EQ(msg, "Can't Open Session - Host has not been defined.");
+  EXPECT_EQ(c->FTPSessionOpen("server1", "user", "wrong", msg), kFalse);
+  EXPECT_EQ(Answer(c->FTPSessionReconnect(msg), msg), "0 Can't Open Session - Host has not been defined.");
 }
 
-TEST_F(Session, ExtendedErrorTexts) {
-  net->Fail(Op::kSetCurrentDirectory, kExtended, "\r\n550 No such directory.\r\n");
+TEST_F(Session, ErrorTexts) {
+  net->Fail("Cwd", kExtended, "\r\n550 No such directory.\r\n");
   OpenSession();
   c->FTPSessionDirectoryCurrentSet("x");  // leaves the server's reply behind
   struct Row {
-    std::string label, tag;
+    std::string tag;
     Long number;
     std::string expected;
   };
-  const std::vector<Row> rows = {
-      {"nothing pending", "", 0, ""},
-      {"plain number", "X", 12002, "X/12002"},
-      {"untagged number", "", 18, "18"},
-      {"server reply trimmed of line ends", "", 12003, "550 No such directory."},
-      {"tagged reply", "T", 12003, "T/550 No such directory."},
-      {"zero with a tag", "T", 0, "T/"},
-  };
-  for (const Row& r : rows) {
+  for (const Row& r : std::vector<Row>{{"", 0, ""},
+                                       {"X", 12002, "X/12002"},
+                                       {"", 18, "18"},
+                                       {"", 12003, "550 No such directory."},  // trimmed of line ends
+                                       {"T", 12003, "T/550 No such directory."}}) {
     Long n = r.number;
-    EXPECT_EQ(c->FTPSessionError(r.tag, n), r.expected) << r.label;
+    EXPECT_EQ(c->FTPSessionError(r.tag, n), r.expected) << r.expected;
     n = r.number;
-    if (r.tag.empty()) {
-      EXPECT_EQ(c->FTPExtendedError(n), r.expected) << r.label;
-    }
+    // FTPExtendedError gives the same text without the tag ("X/" is two characters).
+    EXPECT_EQ(c->FTPExtendedError(n), r.tag.empty() ? r.expected : r.expected.substr(2)) << r.expected;
+  }
+  // The full text always ends with a stop; the short one stays as the server said it.
+  for (const std::string reply : {"550 Gone.", "550 Gone", "550 Gone?", "550 Gone!", ""}) {
+    net->Fail("Cwd", kExtended, reply);
+    EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("x"), kFalse) << reply;
+    const std::string stop = reply.empty() || reply.back() == 'e' ? "." : "";
+    EXPECT_EQ(c->FTPLastError(), "FTPSessionDirectoryCurrentSet/" + reply + stop) << reply;
+    EXPECT_EQ(c->FTPShortError(), "FTPSessionDirectoryCurrentSet/" + reply) << reply;
   }
 }
 
-TEST_F(Session, FullTextAlwaysEndsWithAStopAndTheShortTextNever) {
-  // The directory members put the library's text in the title: it shows the rule bare.
-  struct Row {
-    std::string label, reply, full;
-  };
-  const std::vector<Row> rows = {
-      {"ends in a full stop", "550 Gone.", "FTPSessionDirectoryCurrentSet/550 Gone."},
-      {"no stop gets one", "550 Gone", "FTPSessionDirectoryCurrentSet/550 Gone."},
-      {"question mark kept", "550 Gone?", "FTPSessionDirectoryCurrentSet/550 Gone?"},
-      {"exclamation kept", "550 Gone!", "FTPSessionDirectoryCurrentSet/550 Gone!"},
-      {"empty reply", "", "FTPSessionDirectoryCurrentSet/."},
-  };
+TEST_F(Session, DirectoryMembers) {
+  std::string msg;
+  EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("   ", msg), msg), "0 Directory has not been defined.");
+  EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("new", msg), msg),
+            "0 Can't Create Directory [new] - Session is not opened.");
+  EXPECT_EQ(c->FTPShortError(), "Session is not opened.");
+  // Without a connection the others send nothing and leave no text.
+  EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "");
+  EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("/x") + c->FTPSessionDirectoryDelete("/x"), 0);
+  EXPECT_EQ(c->FTPSessionDirectoryExists(""), kFalse);
+  EXPECT_EQ(c->FTPLastError(), "");
+  EXPECT_TRUE(net->log.empty());
+
+  net->Add("/pub/sub");
   OpenSession();
-  for (const Row& r : rows) {
-    net->Fail(Op::kSetCurrentDirectory, kExtended, r.reply);
-    EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("x"), kFalse) << r.label;
-    EXPECT_EQ(c->FTPLastError(), r.full) << r.label;
-    EXPECT_EQ(c->FTPShortError(), "FTPSessionDirectoryCurrentSet/" + r.reply) << r.label;
-  }
-  // FTPSession and FTPConnect clear both texts.
-  c->FTPSession();
-  EXPECT_EQ(c->FTPLastError() + c->FTPShortError(), "");
-  c->FTPSessionDirectoryCurrentSet("nowhere");
-  c->FTPConnect();
-  EXPECT_EQ(c->FTPLastError() + c->FTPShortError(), "");
+  EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "/");
+  msg = "keep";
+  EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate(" new ", msg), msg), "-1 keep");
+  EXPECT_TRUE(net->nodes.at("/new").directory);
+  EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("new", msg), msg),
+            "0 Can't Create Directory [new] - Error - FTPSessionDirectoryCreate/550 new: Can't create directory.");
+  // Set sends a trailing slash; delete sends none, looking for it before trimming.
+  EXPECT_EQ(c->FTPSessionDirectoryCurrentSet(" pub "), kTrue);
+  EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "/pub");
+  EXPECT_EQ(c->FTPSessionDirectoryDelete("sub/"), kTrue);
+  net->Add("/pub/sub");
+  EXPECT_EQ(c->FTPSessionDirectoryDelete("sub/ "), kTrue);
+  EXPECT_EQ(c->FTPSessionDirectoryDelete("missing"), kFalse);
+  EXPECT_EQ(c->FTPLastError(), "FTPSessionDirectoryDelete/550 missing: No such file or directory.");
+  EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("missing"), kFalse);
+  EXPECT_EQ(net->Calls("Cwd") + net->Calls("Rmd"), "Cwd pub/;Cwd missing/;Rmd sub;Rmd sub/;Rmd missing;");
+
+  const std::string deep = "/" + std::string(259, 'd');  // 260 characters: no room for the terminator
+  net->Add(deep);
+  ASSERT_EQ(c->FTPSessionDirectoryCurrentSet(deep), kTrue);
+  EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "");
+  EXPECT_EQ(c->FTPLastError(), "FTPSessionDirectoryCurrent/122.");
 }
 
-TEST_F(Session, ConnectedStateAndTimeoutsReachTheLibrary) {
-  Long flags = 0;
-  EXPECT_EQ(c->IsConnected(flags), "Connected");
-  EXPECT_EQ(flags, static_cast<Long>(platform::kConnectionLan));
-  net->connected = false;
-  EXPECT_EQ(c->IsConnected(flags), "");
-  EXPECT_EQ(flags, 0);
+TEST_F(Session, DirectoryExistsChangesInAndBackOut) {
+  net->Add("/pub/sub");
+  net->Add("/pub/x", "a file is no directory");
+  OpenSession();
+  ASSERT_EQ(c->FTPSessionDirectoryCurrentSet("/pub"), kTrue);
+  struct Row {
+    std::string dir;
+    Boolean expected;
+    int changes;  // directory changes sent
+  };
+  for (const Row& r : std::vector<Row>{{"", kTrue, 0},
+                                       {"/pub", kTrue, 0},
+                                       {"/pub/", kTrue, 0},
+                                       {"sub", kTrue, 2},
+                                       {"no", kFalse, 2},
+                                       {"x", kFalse, 2}}) {
+    const int before = net->Count("Cwd");
+    EXPECT_EQ(c->FTPSessionDirectoryExists(r.dir), r.expected) << r.dir;
+    EXPECT_EQ(net->Count("Cwd") - before, r.changes) << r.dir;
+    EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "/pub") << r.dir << ": back where it was";
+    EXPECT_EQ(c->FTPLastError(), "") << r.dir << ": the change back cleared the texts";
+  }
+  // Failing to get back is a failure whatever was found.
+  net->Fail("Cwd", kExtended, "550 No.", 1);
+  EXPECT_EQ(c->FTPSessionDirectoryExists("sub"), kFalse);
+}
 
-  EXPECT_EQ(c->FTPConnectTimeout(), 60000);
-  c->FTPConnectTimeout(1500);
-  c->FTPReadTimeout(-5);
-  EXPECT_EQ(net->connect_timeout_ms, 1500u);
-  EXPECT_EQ(net->read_timeout_ms, 0u) << "a negative time-out is not passed on as a huge one";
-  EXPECT_EQ(c->FTPReadTimeout(), -5) << "stored as given";
+TEST_F(Session, OneCallTransfers) {
+  files->AddFile("/l.txt", "up");
+  using T = Tolva2011Register;
+  // One call on a fresh library: its answer, the handles it left open and the transfer it asked for.
+  auto call = [&](Boolean (T::*member)(const std::string&, const std::string&, const std::string&, const std::string&,
+                                       const std::string&, std::string&) noexcept,
+                  const std::string& password, const std::string& a, const std::string& b) {
+    Fresh();
+    net->Add("/a.txt", "one");
+    std::string msg = "keep";
+    const Boolean result = ((*c).*member)("server1", "user", password, a, b, msg);
+    return Answer(result, msg) + " (" + std::to_string(net->OpenHandleCount()) + ")" + net->Calls("GetFile") +
+           net->Calls("PutFile");
+  };
+  struct Row {
+    std::string label, answer, expected;
+  };
+  for (const Row& r : std::vector<Row>{
+           {"bad login comes first", call(&T::FTPGetBinaryFile, "bad", "", ""),
+            "0 Can't Open Session [server1] - Session can't be connected. (0)"},
+           // On the two empty-name paths the handles stay open.
+           {"get: no remote", call(&T::FTPGetBinaryFile, "secret", " ", "/x"),
+            "0 Can't Get File - Remote File has not been defined. (2)"},
+           {"get: no local", call(&T::FTPGetAsciiFile, "secret", "a.txt", ""),
+            "0 Can't Get File [a.txt] - Local File has not been defined. (2)"},
+           {"get: missing", call(&T::FTPGetBinaryFile, "secret", "no", "/x"),
+            "0 Can't Get File [no] - FTP Get Error - 550 no: No such file or directory. (0)GetFile no /x 80000002;"},
+           {"put: no local", call(&T::FTPPutBinaryFile, "secret", "", "r"),
+            "0 Can't Put File - Local File has not been defined. (2)"},
+           {"put: no remote", call(&T::FTPPutAsciiFile, "secret", "/l.txt", " "),
+            "0 Can't Put File [/l.txt] - Remote File has not been defined. (2)"},
+           {"put: refused", call(&T::FTPPutBinaryFile, "secret", "/l.txt", "no/r"),
+            "0 Can't Put File [/l.txt] - FTP Put Error - 553 Could not create file. (0)PutFile no/r /l.txt 2;"},
+           {"ascii get", call(&T::FTPGetAsciiFile, "secret", "a.txt", "/g1"), "-1 keep (0)GetFile a.txt /g1 80000001;"},
+           {"binary get", call(&T::FTPGetBinaryFile, "secret", "a.txt", "/g2"),
+            "-1 keep (0)GetFile a.txt /g2 80000002;"},
+           {"ascii put", call(&T::FTPPutAsciiFile, "secret", "/l.txt", "p1"), "-1 keep (0)PutFile p1 /l.txt 1;"},
+           {"binary put", call(&T::FTPPutBinaryFile, "secret", "/l.txt", "p2"), "-1 keep (0)PutFile p2 /l.txt 2;"}})
+    EXPECT_EQ(r.answer, r.expected) << r.label;
+  EXPECT_EQ(files->Contents("/g2") + net->nodes["/p2"].data, "oneup");
+  Fresh();
+  net->Fail("GetFile", net->kThrow);
+  std::string msg;
+  EXPECT_EQ(Answer(c->FTPGetBinaryFile("server1", "user", "secret", "a.txt", "/x", msg), msg),
+            "0 Can't Get File [a.txt] - FtpGetFile Error - entry point not found.");
+  EXPECT_EQ(net->OpenHandleCount(), 0);
+}
+
+TEST_F(Session, DirectoryTestLooksInTheComponentsOwnSession) {
+  net->Add("/pub");
+  std::string msg;
+  EXPECT_EQ(Answer(c->FTPTestDirectory("server1", "user", "secret", "/pub", msg), msg),
+            "0 Internet Directory [/pub] does not exist.")
+      << "no session of its own";
+  EXPECT_EQ(c->FTPLastError(), "");
+  EXPECT_EQ(net->OpenHandleCount(), 0);
+  OpenSession();
+  msg = "keep";
+  EXPECT_EQ(Answer(c->FTPTestDirectory("server1", "user", "secret", "/pub", msg), msg), "-1 keep");
+  EXPECT_EQ(net->OpenHandleCount(), 2) << "only the session's handles remain";
+  EXPECT_EQ(Answer(c->FTPTestDirectory("server1", "user", "bad", "/pub", msg), msg),
+            "0 FTP Test Failure [server1] - Session can't be connected.");
 }
 
 }  // namespace
