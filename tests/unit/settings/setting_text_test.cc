@@ -1,9 +1,10 @@
 // The text forms of typed settings: what is written, and how a stored text
-// (perhaps edited by hand) reads back.
+// (perhaps edited by hand) reads back; and the command of a desktop entry.
 #include <gtest/gtest.h>
 
 #include <limits>
 
+#include "settings/desktop_associations.h"
 #include "settings/setting_text.h"
 
 namespace tolva::settings {
@@ -89,6 +90,19 @@ TEST(SettingTextTest, BooleanTextsMatchTheTableInAnyCase) {
   for (const auto& r : rows) EXPECT_EQ(BooleanFromText(r.text), r.expected) << r.label;
   EXPECT_STREQ(BooleanSaveText(kTrue), "True");
   EXPECT_STREQ(BooleanDefaultText(kFalse), "false");
+}
+
+TEST(DesktopExecTest, FieldCodesBecomeTheFilePlaceholderOrVanish) {
+  struct Row {
+    const char *exec, *command;
+  } rows[] = {{"gedit %f", "gedit %1"},
+              {"gimp %F", "gimp %1"},
+              {"firefox %U", "firefox %1"},
+              {"app %u %i %c", "app %1"},
+              {"printf 100%% %f", "printf 100% %1"},
+              {"xterm", "xterm"},
+              {"odd %", "odd %"}};
+  for (const auto& r : rows) EXPECT_EQ(DesktopAssociations::CommandFromExec(r.exec), r.command) << r.exec;
 }
 
 }  // namespace
