@@ -247,8 +247,7 @@ TEST_F(Members, QueryValueReadsEachTypeItsOwnWay) {
       {kMachine, "SOFTWARE\\T", "none", Variant::FromString("")},
       {kMachine, "SOFTWARE\\None", "", Variant::FromString("")},
       {static_cast<Long>(platform::kHkeyCurrentUser), "Software\\U", "u", Variant::FromString("user")},
-      {0x12345, "SOFTWARE\\T", "", Variant::FromString("")},
-  };
+      {0x12345, "SOFTWARE\\T", "", Variant::FromString("")}};
   for (const auto& r : rows) EXPECT_EQ(c.QueryValue(r.root, r.key, r.name), r.expected) << r.key << "|" << r.name;
   EXPECT_EQ(store->open_keys, 0);
 }
@@ -303,23 +302,21 @@ TEST_F(Members, GetPositionLaterAppliesTheStoredPlaceWithoutResizingByTheRatio) 
     const char* init;  // stored FormInitialise, nullptr for none
     std::vector<std::pair<std::string, std::string>> stored;
     const char* place;
-  } rows[] = {
-      {"sizable",
-       kSizable,
-       "T",
-       {{"Left", "10"}, {"Top", "20"}, {"Width", "5000"}, {"Height", "4000"}},
-       "10 20 5000 4000"},
-      {"nothing stored: centred", kSizable, "T", {}, "8100 6680 3000 2000"},
-      {"fixed, first use", kFixed, nullptr, {}, "8100 6680 3000 2000"},
-      {"fixed ignores sizes",
-       kFixed,
-       "T",
-       {{"Left", "1"}, {"Top", "2"}, {"Width", "9"}, {"Height", "9"}},
-       "1 2 3000 2000"},
-      {"off-screen as stored", kSizable, "T", {{"Left", "-5000"}, {"Top", "99999"}}, "-5000 99999 3000 2000"},
-      {"not F counts as set", kSizable, "f", {}, "8100 6680 3000 2000"},
-      {"texts read as numbers", kFixed, "T", {{"Left", "12abc"}, {"Top", "x"}}, "12 0 3000 2000"},
-  };
+  } rows[] = {{"sizable",
+               kSizable,
+               "T",
+               {{"Left", "10"}, {"Top", "20"}, {"Width", "5000"}, {"Height", "4000"}},
+               "10 20 5000 4000"},
+              {"nothing stored: centred", kSizable, "T", {}, "8100 6680 3000 2000"},
+              {"fixed, first use", kFixed, nullptr, {}, "8100 6680 3000 2000"},
+              {"fixed ignores sizes",
+               kFixed,
+               "T",
+               {{"Left", "1"}, {"Top", "2"}, {"Width", "9"}, {"Height", "9"}},
+               "1 2 3000 2000"},
+              {"off-screen as stored", kSizable, "T", {{"Left", "-5000"}, {"Top", "99999"}}, "-5000 99999 3000 2000"},
+              {"not F counts as set", kSizable, "f", {}, "8100 6680 3000 2000"},
+              {"texts read as numbers", kFixed, "T", {{"Left", "12abc"}, {"Top", "x"}}, "12 0 3000 2000"}};
   for (const auto& r : rows) {
     if (r.init) Store(r.section, "FormInitialise", r.init);
     for (const auto& [k, v] : r.stored) Store(r.section, k, v);

@@ -134,20 +134,18 @@ TEST(CommandLine, SplitsAsAShellWould) {
     const char* line;
     bool ok;
     std::vector<std::string> words;
-  } rows[] = {
-      {"  prog \t a\nb  ", true, {"prog", "a", "b"}},
-      {"prog 'a b' \"c d\"", true, {"prog", "a b", "c d"}},
-      {"prog a\\ b", true, {"prog", "a b"}},
-      {"prog \"a \\\"q\\\" \\n \\$\"", true, {"prog", "a \"q\" \\n $"}},
-      {"prog 'it''s' '\\'", true, {"prog", "its", "\\"}},
-      {"prog \"\" ''", true, {"prog", "", ""}},
-      {"prog $HOME *.txt", true, {"prog", "$HOME", "*.txt"}},
-      {"prog x\"y z\"w a\\\nb", true, {"prog", "xy zw", "ab"}},
-      {"", true, {}},
-      {"prog 'open", false, {}},
-      {"prog \"open", false, {}},
-      {"prog \\", false, {}},
-  };
+  } rows[] = {{"  prog \t a\nb  ", true, {"prog", "a", "b"}},
+              {"prog 'a b' \"c d\"", true, {"prog", "a b", "c d"}},
+              {"prog a\\ b", true, {"prog", "a b"}},
+              {"prog \"a \\\"q\\\" \\n \\$\"", true, {"prog", "a \"q\" \\n $"}},
+              {"prog 'it''s' '\\'", true, {"prog", "its", "\\"}},
+              {"prog \"\" ''", true, {"prog", "", ""}},
+              {"prog $HOME *.txt", true, {"prog", "$HOME", "*.txt"}},
+              {"prog x\"y z\"w a\\\nb", true, {"prog", "xy zw", "ab"}},
+              {"", true, {}},
+              {"prog 'open", false, {}},
+              {"prog \"open", false, {}},
+              {"prog \\", false, {}}};
   for (const auto& r : rows) {
     std::vector<std::string> words = {"stale"};
     EXPECT_EQ(platform::posix::SplitCommandLine(r.line, words), r.ok) << r.line;

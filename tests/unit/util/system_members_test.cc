@@ -55,13 +55,11 @@ TEST_F(SystemMembers, NamesFitTheClassicBufferAndTheUserNameKeepsItsNul) {
   struct Row {
     std::optional<std::string> name;
     std::string computer, user;
-  } rows[] = {
-      {"build01"s, "build01", "build01\0"s},
-      {std::nullopt, "", ""},
-      {""s, "", "\0"s},
-      {std::string(254, 'n'), std::string(254, 'n'), std::string(254, 'n') + '\0'},
-      {std::string(255, 'n'), "", ""},
-  };
+  } rows[] = {{"build01"s, "build01", "build01\0"s},
+              {std::nullopt, "", ""},
+              {""s, "", "\0"s},
+              {std::string(254, 'n'), std::string(254, 'n'), std::string(254, 'n') + '\0'},
+              {std::string(255, 'n'), "", ""}};
   for (const auto& r : rows) {
     sys->computer_name = sys->user_name = r.name;
     EXPECT_EQ(c.ComputerName(), r.computer) << r.name.value_or("<fails>").size();
@@ -145,14 +143,12 @@ TEST_F(SystemMembers, WaitMilliSecondsWaitsTheRestAfterEachInputAndSurvivesTheWr
     std::uint32_t input_after, start_tick;
     std::vector<std::uint32_t> waits;  // the timeouts the platform was asked for
     int events;                        // times the host processed its events
-  } rows[] = {
-      {"zero: one wait of zero time", 0, UINT32_MAX, 100, {0}, 0},
-      {"a negative time waits no time", -5, UINT32_MAX, 100, {0}, 0},
-      {"no input: one wait", 250, UINT32_MAX, 100, {250}, 0},
-      {"input every 100 ms", 250, 100, 100, {250, 150, 50}, 2},
-      {"input every 1 ms", 3, 1, 0, {3, 2, 1}, 2},
-      {"a wrap restarts the whole remaining time", 100, 40, 0xFFFFFFF0u, {100, 100, 60, 20}, 2},
-  };
+  } rows[] = {{"zero: one wait of zero time", 0, UINT32_MAX, 100, {0}, 0},
+              {"a negative time waits no time", -5, UINT32_MAX, 100, {0}, 0},
+              {"no input: one wait", 250, UINT32_MAX, 100, {250}, 0},
+              {"input every 100 ms", 250, 100, 100, {250, 150, 50}, 2},
+              {"input every 1 ms", 3, 1, 0, {3, 2, 1}, 2},
+              {"a wrap restarts the whole remaining time", 100, 40, 0xFFFFFFF0u, {100, 100, 60, 20}, 2}};
   for (const auto& r : rows) {
     sys->waits.clear();
     sys->input_after_ms = r.input_after;
@@ -174,13 +170,11 @@ TEST_F(SystemMembers, WaitSecondsCountsWholeSecondsOfTheClockIn200MsSteps) {
     platform::DateTime start;
     std::uint32_t past_the_second;  // ms
     std::size_t waits;
-  } rows[] = {
-      {"zero: one step", 0, {2011, 6, 15, 12, 0, 0}, 0, 1},
-      {"negative: one step", -3, {2011, 6, 15, 12, 0, 0}, 0, 1},
-      {"two seconds from a whole second", 2, {2011, 6, 15, 12, 0, 0}, 0, 10},
-      {"across midnight and the new year", 1, {2011, 12, 31, 23, 59, 59}, 0, 5},
-      {"just before a second turns", 1, {2011, 6, 15, 12, 0, 0}, 900, 1},
-  };
+  } rows[] = {{"zero: one step", 0, {2011, 6, 15, 12, 0, 0}, 0, 1},
+              {"negative: one step", -3, {2011, 6, 15, 12, 0, 0}, 0, 1},
+              {"two seconds from a whole second", 2, {2011, 6, 15, 12, 0, 0}, 0, 10},
+              {"across midnight and the new year", 1, {2011, 12, 31, 23, 59, 59}, 0, 5},
+              {"just before a second turns", 1, {2011, 6, 15, 12, 0, 0}, 900, 1}};
   for (const auto& r : rows) {
     sys->SetNow(r.start);
     sys->Advance(r.past_the_second);
