@@ -233,22 +233,18 @@ TEST_F(Members, QueryValueReadsEachTypeItsOwnWay) {
   Machine("SOFTWARE\\T", "short", platform::kRegDword, "ab");
   Machine("SOFTWARE\\T", "bin", 3, "raw");
   store->SetString("Software\\U", "u", "user");
-  struct Row {
-    Long root;
-    std::string key, name;
-    Variant expected;
-  } rows[] = {
-      {kMachine, "SOFTWARE\\T", "", Variant::FromString("plain")},  // up to its first NUL
-      {kMachine, "software\\t", "EXP", Variant::FromString("/home/ann\\x %NOPE% 100%")},
-      {kMachine, "SOFTWARE\\T", "long", Variant::FromString(std::string(6 + 400 - 1, 'y'))},  // the buffer's size
-      {kMachine, "SOFTWARE\\T", "num", Variant::FromLong(-2)},
-      {kMachine, "SOFTWARE\\T", "short", Variant::FromString("")},  // a number of the wrong size
-      {kMachine, "SOFTWARE\\T", "bin", Variant::FromString("")},
-      {kMachine, "SOFTWARE\\T", "none", Variant::FromString("")},
-      {kMachine, "SOFTWARE\\None", "", Variant::FromString("")},
-      {static_cast<Long>(platform::kHkeyCurrentUser), "Software\\U", "u", Variant::FromString("user")},
-      {0x12345, "SOFTWARE\\T", "", Variant::FromString("")}};
-  for (const auto& r : rows) EXPECT_EQ(c.QueryValue(r.root, r.key, r.name), r.expected) << r.key << "|" << r.name;
+  auto text = [](const std::string& t) { return Variant::FromString(t); };
+  const std::pair<const char*, Variant> rows[] = {{"", text("plain")},  // up to its first NUL
+                                                  {"EXP", text("/home/ann\\x %NOPE% 100%")},
+                                                  {"long", text(std::string(6 + 400 - 1, 'y'))},  // the buffer's size
+                                                  {"num", Variant::FromLong(-2)},
+                                                  {"short", text("")},  // a number of the wrong size
+                                                  {"bin", text("")},
+                                                  {"none", text("")}};
+  for (const auto& [name, expected] : rows) EXPECT_EQ(c.QueryValue(kMachine, "software\\t", name), expected) << name;
+  EXPECT_EQ(c.QueryValue(kMachine, "SOFTWARE\\None", ""), text(""));
+  EXPECT_EQ(c.QueryValue(static_cast<Long>(platform::kHkeyCurrentUser), "Software\\U", "u"), text("user"));
+  EXPECT_EQ(c.QueryValue(0x12345, "SOFTWARE\\T", ""), text(""));
   EXPECT_EQ(store->open_keys, 0);
 }
 
@@ -299,27 +295,20 @@ TEST_F(Members, GetPositionLaterAppliesTheStoredPlaceWithoutResizingByTheRatio) 
   struct Row {
     const char* section;
     Integer border;
-    const char* init;  // stored FormInitialise, nullptr for none
-    std::vector<std::pair<std::string, std::string>> stored;
+    const char* init;       // stored FormInitialise, nullptr for none
+    const char* stored[4];  // Left, Top, Width, Height; nullptr for none
     const char* place;
-  } rows[] = {{"sizable",
-               kSizable,
-               "T",
-               {{"Left", "10"}, {"Top", "20"}, {"Width", "5000"}, {"Height", "4000"}},
-               "10 20 5000 4000"},
+  } rows[] = {{"sizable", kSizable, "T", {"10", "20", "5000", "4000"}, "10 20 5000 4000"},
               {"nothing stored: centred", kSizable, "T", {}, "8100 6680 3000 2000"},
               {"fixed, first use", kFixed, nullptr, {}, "8100 6680 3000 2000"},
-              {"fixed ignores sizes",
-               kFixed,
-               "T",
-               {{"Left", "1"}, {"Top", "2"}, {"Width", "9"}, {"Height", "9"}},
-               "1 2 3000 2000"},
-              {"off-screen as stored", kSizable, "T", {{"Left", "-5000"}, {"Top", "99999"}}, "-5000 99999 3000 2000"},
+              {"fixed ignores sizes", kFixed, "T", {"1", "2", "9", "9"}, "1 2 3000 2000"},
+              {"off-screen as stored", kSizable, "T", {"-5000", "99999"}, "-5000 99999 3000 2000"},
               {"not F counts as set", kSizable, "f", {}, "8100 6680 3000 2000"},
-              {"texts read as numbers", kFixed, "T", {{"Left", "12abc"}, {"Top", "x"}}, "12 0 3000 2000"}};
+              {"texts read as numbers", kFixed, "T", {"12abc", "x"}, "12 0 3000 2000"}};
   for (const auto& r : rows) {
     if (r.init) Store(r.section, "FormInitialise", r.init);
-    for (const auto& [k, v] : r.stored) Store(r.section, k, v);
+    for (int i = 0; i < 4; ++i)
+      if (r.stored[i]) Store(r.section, std::vector<const char*>{"Left", "Top", "Width", "Height"}[i], r.stored[i]);
     fakes::FakeForm form(r.border, 3000, 2000);
     c.RegistryGetPosition(form, r.section);
     EXPECT_EQ(Place(form), r.place) << r.section;

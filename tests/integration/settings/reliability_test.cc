@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
 #include <set>
 #include <string>
 
@@ -30,9 +31,8 @@ TEST(SettingsReliability, TwoProcessesSavingAtOnceBothSucceed) {
     if ((writers[w] = ::fork()) == 0) {
       char c;
       if (::read(go[0], &c, 1) != 1) ::_exit(3);  // start together
-      Tolva2011Register component(DatabaseServices(dir / "shared.db"));
-      component.RegistryApp("Shared");
-      for (int i = 0; i < 5000; ++i) component.RegistrySaveSetting("Writer" + std::to_string(w), Key(i), Key(i));
+      auto component = OnDatabase(dir / "shared.db", "Shared");
+      for (int i = 0; i < 5000; ++i) component->RegistrySaveSetting("Writer" + std::to_string(w), Key(i), Key(i));
       ::_exit(0);
     }
   }
@@ -42,11 +42,10 @@ TEST(SettingsReliability, TwoProcessesSavingAtOnceBothSucceed) {
     ::waitpid(p, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   }
-  Tolva2011Register c(DatabaseServices(dir / "shared.db"));
-  c.RegistryApp("Shared");
+  auto c = OnDatabase(dir / "shared.db", "Shared");
   int found = 0;
   for (int i = 0; i < 10000; ++i)
-    found += c.RegistryGetSetting("Writer" + std::to_string(i % 2), Key(i / 2), "") == Key(i / 2);
+    found += c->RegistryGetSetting("Writer" + std::to_string(i % 2), Key(i / 2), "") == Key(i / 2);
   EXPECT_EQ(found, 10000);
   EXPECT_EQ(IntegrityCheck(dir / "shared.db"), "ok");
 }
@@ -58,12 +57,10 @@ TEST(SettingsReliability, AWriterKilledMidLoopLosesNothingAcknowledged) {
   int acks[2];
   ASSERT_EQ(::pipe(acks), 0);
   const pid_t writer = ::fork();
-  ASSERT_GE(writer, 0);
   if (writer == 0) {
-    Tolva2011Register component(DatabaseServices(dir / "killed.db"));
-    component.RegistryApp("Killed");
+    auto component = OnDatabase(dir / "killed.db", "Killed");
     for (std::int32_t i = 0;; ++i) {
-      component.RegistrySaveSetting("S" + std::to_string(i % 7), Key(i), std::string(100, 'v'));
+      component->RegistrySaveSetting("S" + std::to_string(i % 7), Key(i), std::string(100, 'v'));
       if (::write(acks[1], &i, sizeof i) != sizeof i) ::_exit(1);
     }
   }
@@ -77,14 +74,13 @@ TEST(SettingsReliability, AWriterKilledMidLoopLosesNothingAcknowledged) {
   ::waitpid(writer, &status, 0);
   ASSERT_TRUE(WIFSIGNALED(status));
   EXPECT_EQ(IntegrityCheck(dir / "killed.db"), "ok");
-  Tolva2011Register c(DatabaseServices(dir / "killed.db"));
-  c.RegistryApp("Killed");
+  auto c = OnDatabase(dir / "killed.db", "Killed");
   std::size_t missing = 0;
   for (std::int32_t k : acknowledged)
-    missing += c.RegistryGetSetting("S" + std::to_string(k % 7), Key(k), "") != std::string(100, 'v');
+    missing += c->RegistryGetSetting("S" + std::to_string(k % 7), Key(k), "") != std::string(100, 'v');
   EXPECT_EQ(missing, 0u) << "of " << acknowledged.size() << " acknowledged saves";
-  c.RegistrySaveSetting("After", "K", "v");
-  EXPECT_EQ(c.RegistryGetSetting("After", "K", ""), "v") << "the database takes new writes";
+  c->RegistrySaveSetting("After", "K", "v");
+  EXPECT_EQ(c->RegistryGetSetting("After", "K", ""), "v") << "the database takes new writes";
 }
 
 // What an ordinary user's component makes of a database file it cannot use:
@@ -92,11 +88,7 @@ TEST(SettingsReliability, AWriterKilledMidLoopLosesNothingAcknowledged) {
 TEST(SettingsReliability, UnusableDatabaseFilesGiveTheDefaults) {
   TempDir dir;
   ::chmod(dir.path().c_str(), 0777);
-  {
-    Tolva2011Register c(DatabaseServices(dir / "good.db"));
-    c.RegistryApp("App");
-    c.RegistrySaveSetting("S", "K", "stored");
-  }
+  OnDatabase(dir / "good.db", "App")->RegistrySaveSetting("S", "K", "stored");
   const std::string good = ReadFile(dir / "good.db");  // checkpointed when the last connection closed
   std::string corrupt = good;
   for (std::size_t i = 0; i < corrupt.size(); i += 7) corrupt[i] = static_cast<char>(corrupt[i] ^ 0x5a);
@@ -105,34 +97,30 @@ TEST(SettingsReliability, UnusableDatabaseFilesGiveTheDefaults) {
     std::string data;
     mode_t mode;
     std::string seen;  // get before the save | get after saving "new" | sections
-  } rows[] = {
-      {"good.db", good, 0666, "stored|new|1"},
-      {"readonly.db", good, 0444, "stored|stored|1"},
-      {"unreadable.db", good, 0, "default|default|0"},
-      {"corrupt.db", corrupt, 0666, "default|default|0"},
-      {"garbage.db", std::string(5000, 'B'), 0666, "default|default|0"},
-      {"missing/settings.db", "", 0, "default|default|0"},
-      {"", "", 0, "default|default|0"},  // the directory itself
-  };
+  } rows[] = {{"good.db", good, 0666, "stored|new|1"},
+              {"readonly.db", good, 0444, "stored|stored|1"},
+              {"unreadable.db", good, 0, "default|default|0"},
+              {"corrupt.db", corrupt, 0666, "default|default|0"},
+              {"garbage.db", std::string(5000, 'B'), 0666, "default|default|0"},
+              {"missing/settings.db", "", 0, "default|default|0"},
+              {"", "", 0, "default|default|0"}};  // the directory itself
   for (const auto& r : rows) {
-    if (!r.data.empty()) WriteFile(dir / r.file, r.data), ::chmod((dir / r.file).c_str(), r.mode);
+    if (!r.data.empty()) std::ofstream(dir / r.file) << r.data, ::chmod((dir / r.file).c_str(), r.mode);
     const std::string seen = InChild(
         [&] {
-          Tolva2011Register c(DatabaseServices(dir / r.file));
-          c.RegistryApp("App");
-          std::string out = c.RegistryGetSetting("S", "K", "default") + "|";
-          c.RegistrySaveSetting("S", "K", "new");
+          auto c = OnDatabase(dir / r.file, "App");
+          std::string out = c->RegistryGetSetting("S", "K", "default") + "|";
+          c->RegistrySaveSetting("S", "K", "new");
           HostArray<std::string> names = HostArray<std::string>::OneDim(1, 4);
-          return out + c.RegistryGetSetting("S", "K", "default") + "|" +
-                 std::to_string(c.RegistryGetSections(names, 4));
+          return out + c->RegistryGetSetting("S", "K", "default") + "|" +
+                 std::to_string(c->RegistryGetSections(names, 4));
         },
         /*as_ordinary_user=*/true);
     EXPECT_EQ(seen, r.seen) << r.file;
   }
   EXPECT_EQ(ReadFile(dir / "corrupt.db"), corrupt);
   EXPECT_EQ(ReadFile(dir / "garbage.db"), std::string(5000, 'B'));
-  struct stat st;
-  EXPECT_NE(::stat((dir / "missing").c_str(), &st), 0) << "a named path's directory is not made";
+  EXPECT_FALSE(std::filesystem::exists(dir / "missing")) << "a named path's directory is not made";
 }
 
 // The machine database opens read-only for anyone but its owner: asking for
@@ -141,10 +129,10 @@ TEST(SettingsReliability, OnlyTheOwnerMayWriteTheMachineDatabase) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs root to act as a second user";
   TempDir dir;
   ::chmod(dir.path().c_str(), 0755);
+  platform::SettingsKey key = 0;
   {
     auto owner = platform::NewSettingsDatabase("", dir / "machine.db");
-    platform::SettingsKey key = 0;
-    ASSERT_EQ(owner->CreateKey(platform::kHkeyLocalMachine, "SOFTWARE\\Classes\\.txt", key), 0);
+    ASSERT_EQ(owner->CreateKey(platform::kHkeyClassesRoot, ".txt", key), 0);
     owner->SetValue(key, "", platform::kRegSz, "txtfile");
   }
   struct stat st;
@@ -153,16 +141,15 @@ TEST(SettingsReliability, OnlyTheOwnerMayWriteTheMachineDatabase) {
   const std::string seen = InChild(
       [&] {
         auto store = platform::NewSettingsDatabase("", dir / "machine.db");
-        platform::SettingsKey key = 0;
-        std::string out = std::to_string(store->OpenKey(platform::kHkeyClassesRoot, ".txt", 1, key)) + " ";
         std::uint32_t type = 0;
         std::string data;
+        std::string out = std::to_string(store->OpenKey(platform::kHkeyClassesRoot, ".txt", 1, key)) + " ";
         out += std::to_string(store->QueryValue(key, "", type, data)) + ":" + data + " ";
         out += std::to_string(store->OpenKey(platform::kHkeyLocalMachine, "SOFTWARE", 63, key)) + " ";
         out += std::to_string(store->CreateKey(platform::kHkeyLocalMachine, "SOFTWARE\\New", key)) + " ";
-        Tolva2011Register c(DatabaseServices("", dir / "machine.db"));
+        const Long machine = static_cast<Long>(platform::kHkeyLocalMachine);
         return out +
-               c.QueryValue(static_cast<Long>(platform::kHkeyLocalMachine), "SOFTWARE\\Classes\\.txt", "").AsString();
+               OnDatabase("", "", dir / "machine.db")->QueryValue(machine, "SOFTWARE\\Classes\\.txt", "").AsString();
       },
       /*as_ordinary_user=*/true);
   EXPECT_EQ(seen, "0 0:txtfile 5 5 ");

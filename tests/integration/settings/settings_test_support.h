@@ -14,6 +14,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <string>
 
 #include "platform/linux/settings_store_sqlite.h"
@@ -39,9 +40,6 @@ class TempDir {
   std::string path_;
 };
 
-inline void WriteFile(const std::string& path, const std::string& data) {
-  std::ofstream(path, std::ios::binary) << data;
-}
 inline std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
@@ -72,11 +70,14 @@ class CountingStore : public platform::posix::SqliteSettingsStore {
   static long Count(int& counter, long rc, int by = 1) { return counter += rc == 0 ? by : 0, rc; }
 };
 
-// Services with only a settings database (and the real profile files for the backup).
-inline platform::Services DatabaseServices(const std::string& user_db, const std::string& machine_db = "") {
-  platform::Services s = platform::LinuxServices();
+// A component whose application `app` keeps its settings in `user_db`.
+inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app,
+                                                     const std::string& machine_db = "") {
+  platform::Services s;
   s.settings = platform::NewSettingsDatabase(user_db, machine_db);
-  return s;
+  auto c = std::make_unique<Tolva2011Register>(s);
+  c->RegistryApp(app);
+  return c;
 }
 
 // Runs `body` in a child process and returns what it returned. When this
@@ -90,12 +91,7 @@ inline std::string InChild(const std::function<std::string()>& body, bool as_ord
   if (pid == 0) {
     std::string out = "<no setuid>";
     if (!as_ordinary_user || ::geteuid() != 0 || (::setgid(65534) == 0 && ::setuid(65534) == 0)) out = body();
-    for (std::size_t done = 0; done < out.size();) {
-      const ssize_t w = ::write(fds[1], out.data() + done, out.size() - done);
-      if (w <= 0) break;
-      done += static_cast<std::size_t>(w);
-    }
-    ::_exit(0);
+    ::_exit(::write(fds[1], out.data(), out.size()) == static_cast<ssize_t>(out.size()) ? 0 : 1);  // a few bytes
   }
   ::close(fds[1]);
   std::string out;
