@@ -91,49 +91,23 @@ TEST_F(SystemMembers, FormatErrorMessageUsesTheTableOrNamesTheNumber) {
 }
 
 TEST_F(SystemMembers, MessageBoxesCarryTheProgramNameAndTheirIcon) {
-  using Show = void (Tolva2011Register::*)(const std::string&) noexcept;
-  struct Row {
-    std::string program;
-    Show show;
-    std::string caption;
-    std::uint32_t flags;
-  } rows[] = {{"Payroll", &Tolva2011Register::MessageError, "Payroll Error", 0x10},
-              {"Payroll", &Tolva2011Register::MessageInfo, "Payroll Information", 0x40},
-              {"Payroll", &Tolva2011Register::MessageWarn, "Payroll Warning", 0x30},
-              {"", &Tolva2011Register::MessageError, " Error", 0x10}};
-  for (const auto& r : rows) {
-    windows->boxes.clear();
-    c.ProgramName(r.program);
-    (c.*r.show)("Disk \0full"s);
-    ASSERT_EQ(windows->boxes.size(), 1u) << r.caption;
-    EXPECT_EQ(windows->boxes[0].caption + "|" + windows->boxes[0].text, r.caption + "|Disk \0full"s);
-    EXPECT_EQ(windows->boxes[0].flags, r.flags) << r.caption;
-  }
-}
-
-TEST_F(SystemMembers, MessageQueryAddsTheQuestionIconAndReturnsTheButton) {
-  struct Row {
-    Long buttons;
-    int answer;
-    std::uint32_t flags;
-    Variant expected;
-  } rows[] = {{4, 7, 0x24, Variant::FromLong(7)},
-              {3 + 0x100, 2, 0x123, Variant::FromLong(2)},
-              {4, 0, 0x24, Variant()}};  // no box could be shown
-  c.ProgramName("Tolva");
-  for (const auto& r : rows) {
-    windows->boxes.clear();
-    windows->answer = r.answer;
-    EXPECT_EQ(c.MessageQuery("Save?", r.buttons), r.expected) << r.flags;
-    ASSERT_EQ(windows->boxes.size(), 1u);
-    EXPECT_EQ(windows->boxes[0].caption, "Tolva Query");
-    EXPECT_EQ(windows->boxes[0].flags, r.flags);
-  }
-  windows->boxes.clear();
-  windows->answer = 1;
-  EXPECT_TRUE(c.MessageQuery("Save?", 2147483647 - 0x1f).IsEmpty()) << "the flags overflow a Long";
-  EXPECT_EQ(c.MessageQuery("Save?", 2147483647 - 0x20), Variant::FromLong(1)) << "the largest that fits";
-  EXPECT_EQ(windows->boxes.size(), 1u);
+  c.ProgramName("");
+  c.MessageError("Disk \0full"s);
+  c.ProgramName("Payroll");
+  c.MessageInfo("i");
+  c.MessageWarn("w");
+  windows->answer = 7;
+  EXPECT_EQ(c.MessageQuery("Save?", 4), Variant::FromLong(7));
+  EXPECT_EQ(c.MessageQuery("Save?", 3 + 0x100), Variant::FromLong(7));
+  EXPECT_EQ(c.MessageQuery("Save?", 2147483647 - 0x20), Variant::FromLong(7)) << "the largest that fits a Long";
+  EXPECT_TRUE(c.MessageQuery("Save?", 2147483647 - 0x1f).IsEmpty()) << "the flags overflow a Long: no box";
+  std::string shown;
+  for (const auto& b : windows->boxes) shown += b.caption + "|" + b.text + "|" + std::to_string(b.flags) + ";";
+  EXPECT_EQ(shown,
+            " Error|Disk \0full|16;Payroll Information|i|64;Payroll Warning|w|48;Payroll Query|Save?|36;"
+            "Payroll Query|Save?|291;Payroll Query|Save?|2147483647;"s);
+  windows->answer = 0;
+  EXPECT_TRUE(c.MessageQuery("Save?", 4).IsEmpty()) << "no box could be shown";
 }
 
 TEST_F(SystemMembers, WaitMilliSecondsWaitsTheRestAfterEachInputAndSurvivesTheWrap) {
