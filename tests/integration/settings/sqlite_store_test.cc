@@ -65,6 +65,7 @@ TEST_F(SqliteStore, SubKeysAndValuesEnumerateInCaseInsensitiveOrder) {
   for (std::uint32_t i = 0; store->EnumValue(key, i, name, type, data) == 0; ++i)
     names += name + "=" + std::to_string(type) + ":" + data + "|";
   EXPECT_EQ(names, "=2:\0x|Alpha=2:Alpha\0x|beta=2:beta\0x|GAMMA=2:GAMMA\0x|"s);
+  EXPECT_EQ(store->GetString("V", "beta", data), 0) << "an expandable string is a string too";
   EXPECT_EQ(store->EnumKey(key, 0, name), kSettingsAccessDenied);
   EXPECT_EQ(store->SetValue(key, "x", kRegSz, "x"), kSettingsAccessDenied);
 }
