@@ -184,27 +184,23 @@ TEST_F(Members, SectionsListInCaseInsensitiveOrderFromIndexOneAndSignalATooSmall
     for (Long i = r.lower; i <= r.upper; ++i)
       EXPECT_EQ(*names.At(i), r.filled[static_cast<std::size_t>(i - r.lower)]) << r.upper << " " << r.max << " " << i;
   }
-  HostArray<std::string> two_dim = HostArray<std::string>::TwoDim(1, 2, 1, 2);
-  EXPECT_EQ(c.RegistryGetSections(two_dim, 5), 3);  // wrong rank: counted, nothing stored
+  HostArray<std::string> names = HostArray<std::string>::TwoDim(1, 2, 1, 2);
+  EXPECT_EQ(c.RegistryGetSections(names, 5), 3);  // wrong rank: counted, nothing stored
+  names = HostArray<std::string>::OneDim(1, 3);
   const std::pair<const char*, Boolean> tests[] = {{"Beta", kTrue}, {"GAMMA", kTrue}, {"delta", kFalse},
                                                    {"", kFalse},    {"Bet", kFalse},  {"K", kFalse}};
   for (auto [section, expected] : tests) EXPECT_EQ(c.RegistryTestSection(section), expected) << section;
   EXPECT_EQ(store->open_keys, 0);
-}
-
-// Kept on purpose: with no application, the sections are the applications.
-TEST_F(Members, SectionsOfAnEmptyApplicationListTheApplications) {
-  c.RegistrySaveSetting("S", "K", "v");
+  // Kept on purpose: with no application, the sections are the applications.
   c.RegistryApp("Other");
   c.RegistrySaveSetting("S", "K", "v");
   c.RegistryApp("");
-  HostArray<std::string> names = HostArray<std::string>::OneDim(1, 3);
   EXPECT_EQ(c.RegistryGetSections(names, 3), 2);
   EXPECT_EQ(*names.At(1) + " " + *names.At(2), "Demo Other");
   EXPECT_EQ(c.RegistryTestSection("other"), kTrue);
   c.RegistryApp("Missing");
   EXPECT_EQ(c.RegistryGetSections(names, 3), 0);
-  EXPECT_EQ(c.RegistryTestSection("S"), kFalse);
+  EXPECT_EQ(c.RegistryTestSection("gamma"), kFalse);
 }
 
 TEST_F(Members, WithoutAStoreGetsReturnDefaultsAndSavesStillReachTheBackup) {
