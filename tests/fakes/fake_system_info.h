@@ -1,14 +1,13 @@
-// An in-memory system: a tick counter and a clock that only move when a
-// test (or a wait) moves them, scripted computer and user names, a message
-// table and an environment. A wait advances both the tick counter and the
-// clock, so a member that waits can be run in no time and its waits
-// counted; a test can start the counter just below 2^32 to make it wrap.
+// An in-memory system: a tick counter and a clock that move only when a wait
+// (or the test) moves them, so a member that waits runs in no time and its
+// waits can be counted; a test can start the counter just below 2^32 to make
+// it wrap. Names, the message table and the environment are scripted.
 #ifndef TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 #define TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 
+#include <algorithm>
 #include <cstdint>
-#include <functional>
-#include <limits>
+#include <ctime>
 #include <map>
 #include <optional>
 #include <string>
@@ -20,41 +19,53 @@ namespace tolva::fakes {
 
 class FakeSystemInfo : public platform::SystemInfo {
  public:
-  FakeSystemInfo();
+  FakeSystemInfo() { SetNow({2011, 6, 15, 12, 0, 0}); }
 
-  // Returns `tick`, then adds `tick_step` to it (0: the counter only moves
-  // with waits and Advance()).
-  std::uint32_t TickCount() override;
-  // Records the wait, then advances time by `milliseconds`, or by
-  // `input_after_ms` when that is shorter (input arrived early).
-  void WaitForInput(std::uint32_t milliseconds) override;
-  platform::DateTime Now() override;
-  bool ComputerName(std::string& name) override;
-  bool UserName(std::string& name) override;
-  std::string MessageText(std::int32_t number) override;
-  bool Environment(const std::string& name, std::string& value) override;
+  std::uint32_t TickCount() override { return tick; }
+  // Records the wait, then lets it pass, or only `input_after_ms` of it (input arrived early).
+  void WaitForInput(std::uint32_t milliseconds) override {
+    waits.push_back(milliseconds);
+    Advance(std::min(milliseconds, input_after_ms));
+  }
+  platform::DateTime Now() override {
+    const std::time_t t = static_cast<std::time_t>(clock_ms_ / 1000);
+    std::tm c{};
+    ::gmtime_r(&t, &c);
+    return {c.tm_year + 1900, c.tm_mon + 1, c.tm_mday, c.tm_hour, c.tm_min, c.tm_sec};
+  }
+  bool ComputerName(std::string& name) override { return Answer(computer_name, name); }
+  bool UserName(std::string& name) override { return Answer(user_name, name); }
+  std::string MessageText(std::int32_t number) override { return messages[number]; }
+  bool Environment(const std::string& name, std::string& value) override {
+    return environment.count(name) && Answer(environment[name], value);
+  }
 
-  // Sets the clock (the tick counter is left alone).
-  void SetNow(const platform::DateTime& now);
-  // Moves the tick counter (wrapping at 2^32) and the clock forward.
-  void Advance(std::uint32_t milliseconds);
+  // Sets the clock; the tick counter is left alone.
+  void SetNow(const platform::DateTime& d) {
+    std::tm c{};
+    c.tm_year = d.year - 1900, c.tm_mon = d.month - 1, c.tm_mday = d.day;
+    c.tm_hour = d.hour, c.tm_min = d.minute, c.tm_sec = d.second;
+    clock_ms_ = static_cast<std::int64_t>(::timegm(&c)) * 1000;
+  }
+  // Moves the tick counter (wrapping at 2^32, like the real one) and the clock forward.
+  void Advance(std::uint32_t milliseconds) {
+    tick += milliseconds;
+    clock_ms_ += milliseconds;
+  }
 
   std::uint32_t tick = 0;
-  std::uint32_t tick_step = 0;
-  std::uint32_t input_after_ms = std::numeric_limits<std::uint32_t>::max();
-  std::vector<std::uint32_t> waits;  // the timeout of every WaitForInput call
-  int tick_reads = 0;
-  int now_reads = 0;
-  // Called after every wait has advanced time (a test can change the state mid-wait).
-  std::function<void()> on_wait;
-
+  std::uint32_t input_after_ms = UINT32_MAX;
+  std::vector<std::uint32_t> waits;                                    // every WaitForInput timeout
   std::optional<std::string> computer_name = std::string("FAKEHOST");  // nullopt: the call fails
-  std::optional<std::string> user_name = std::string("fakeuser");      // nullopt: the call fails
-  std::map<std::int32_t, std::string> messages;                        // number -> text
+  std::optional<std::string> user_name = std::string("fakeuser");
+  std::map<std::int32_t, std::string> messages;
   std::map<std::string, std::string> environment;
 
  private:
-  // The clock as milliseconds since 1970-01-01 00:00:00 local time.
+  static bool Answer(const std::optional<std::string>& given, std::string& out) {
+    if (given) out = *given;
+    return given.has_value();
+  }
   std::int64_t clock_ms_ = 0;
 };
 

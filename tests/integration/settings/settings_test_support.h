@@ -1,22 +1,23 @@
-// Support for tests of the settings database on real files: a temporary
-// directory, a component on a database in it, and a child process that can
-// run as an ordinary user (root ignores file permissions).
+// Support for tests on real settings databases: a temporary directory, the
+// real store counting what it was asked to do, a child process that can run
+// as an ordinary user (root ignores file permissions), and SQLite's own check
+// of a database file.
 #ifndef TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 #define TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 
-#include <ftw.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
-#include <sstream>
 #include <string>
 
+#include "platform/linux/settings_store_sqlite.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva::testing_settings {
@@ -28,40 +29,55 @@ class TempDir {
     std::string templ = std::string(base && *base ? base : "/tmp") + "/tolva-settings-XXXXXX";
     if (::mkdtemp(templ.data())) path_ = templ;
   }
-  ~TempDir() {
-    if (path_.empty()) return;
-    ::nftw(
-        path_.c_str(),
-        [](const char* p, const struct stat*, int, struct FTW*) {
-          ::chmod(p, 0700);
-          ::remove(p);
-          return 0;
-        },
-        16, FTW_DEPTH | FTW_PHYS);
-  }
+  ~TempDir() { std::filesystem::remove_all(path_); }
   TempDir(const TempDir&) = delete;
   TempDir& operator=(const TempDir&) = delete;
 
   const std::string& path() const { return path_; }
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
 
-  static void Write(const std::string& path, const std::string& data) { std::ofstream(path, std::ios::binary) << data; }
-  static std::string Read(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-  }
-
  private:
   std::string path_;
 };
 
-// Services with only a settings database (and the real profile files for the backup).
-inline platform::Services DatabaseServices(const std::string& user_db, const std::string& machine_db = "") {
-  platform::Services s = platform::LinuxServices();
+inline std::string ReadFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+// The real store, counting the keys left open and the calls that write.
+class CountingStore : public platform::posix::SqliteSettingsStore {
+ public:
+  CountingStore(const std::string& user_db, const std::string& machine_db)
+      : SqliteSettingsStore({user_db, 0600, false, true}, {machine_db, 0644, false, false}) {}
+  long OpenKey(platform::SettingsKey root, const std::string& path, std::uint32_t access,
+               platform::SettingsKey& key) override {
+    return Count(open_keys, SqliteSettingsStore::OpenKey(root, path, access, key));
+  }
+  long CloseKey(platform::SettingsKey key) override { return Count(open_keys, SqliteSettingsStore::CloseKey(key), -1); }
+  long SetString(const std::string& path, const std::string& name, const std::string& value) override {
+    return ++writes, SqliteSettingsStore::SetString(path, name, value);
+  }
+  long DeleteValue(const std::string& path, const std::string& name) override {
+    return ++writes, SqliteSettingsStore::DeleteValue(path, name);
+  }
+  long DeleteKey(const std::string& path) override { return ++writes, SqliteSettingsStore::DeleteKey(path); }
+
+  int open_keys = 0;
+  int writes = 0;
+
+ private:
+  static long Count(int& counter, long rc, int by = 1) { return counter += rc == 0 ? by : 0, rc; }
+};
+
+// A component whose application `app` keeps its settings in `user_db`.
+inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app,
+                                                     const std::string& machine_db = "") {
+  platform::Services s;
   s.settings = platform::NewSettingsDatabase(user_db, machine_db);
-  return s;
+  auto c = std::make_unique<Tolva2011Register>(s);
+  c->RegistryApp(app);
+  return c;
 }
 
 // Runs `body` in a child process and returns what it returned. When this
@@ -73,40 +89,28 @@ inline std::string InChild(const std::function<std::string()>& body, bool as_ord
   const pid_t pid = ::fork();
   if (pid < 0) return "<no fork>";
   if (pid == 0) {
-    ::close(fds[0]);
-    std::string out;
-    if (as_ordinary_user && ::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) out = "<no setuid>";
-    if (out.empty()) out = body();
-    std::size_t done = 0;
-    while (done < out.size()) {
-      const ssize_t w = ::write(fds[1], out.data() + done, out.size() - done);
-      if (w <= 0) break;
-      done += static_cast<std::size_t>(w);
-    }
-    ::_exit(0);
+    std::string out = "<no setuid>";
+    if (!as_ordinary_user || ::geteuid() != 0 || (::setgid(65534) == 0 && ::setuid(65534) == 0)) out = body();
+    ::_exit(::write(fds[1], out.data(), out.size()) == static_cast<ssize_t>(out.size()) ? 0 : 1);  // a few bytes
   }
   ::close(fds[1]);
   std::string out;
   char buf[4096];
-  ssize_t n;
-  while ((n = ::read(fds[0], buf, sizeof buf)) > 0) out.append(buf, static_cast<std::size_t>(n));
+  for (ssize_t n; (n = ::read(fds[0], buf, sizeof buf)) > 0;) out.append(buf, static_cast<std::size_t>(n));
   ::close(fds[0]);
-  int status = 0;
-  ::waitpid(pid, &status, 0);
+  ::waitpid(pid, nullptr, 0);
   return out;
 }
 
-// The result of PRAGMA integrity_check on a database file, opened read only.
+// The result of PRAGMA integrity_check on a database file.
 inline std::string IntegrityCheck(const std::string& path) {
   sqlite3* db = nullptr;
+  sqlite3_stmt* st = nullptr;
   std::string result = "<cannot open>";
-  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK) {
-    sqlite3_stmt* st = nullptr;
-    if (sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &st, nullptr) == SQLITE_OK &&
-        sqlite3_step(st) == SQLITE_ROW)
-      result = reinterpret_cast<const char*>(sqlite3_column_text(st, 0));
-    sqlite3_finalize(st);
-  }
+  if (sqlite3_open_v2(path.c_str(), &db, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK &&
+      sqlite3_prepare_v2(db, "PRAGMA integrity_check", -1, &st, nullptr) == SQLITE_OK && sqlite3_step(st) == SQLITE_ROW)
+    result = reinterpret_cast<const char*>(sqlite3_column_text(st, 0));
+  sqlite3_finalize(st);
   sqlite3_close(db);
   return result;
 }

@@ -1,12 +1,14 @@
-// Names, program start, system error texts and message boxes against fakes.
+// Names, starting programs, error texts, message boxes and waits against a
+// fake system whose clock moves only when the component waits.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "fakes/fake_process_launcher.h"
 #include "fakes/fake_system_info.h"
 #include "fakes/fake_window_services.h"
 #include "tolva/tolva2011register.h"
@@ -16,153 +18,158 @@ namespace {
 
 using namespace std::string_literals;
 
-class SystemMembers : public ::testing::Test {
- protected:
-  SystemMembers() {
-    platform::Services s;
-    s.system = sys;
-    s.processes = launcher;
-    s.windows = windows;
-    c = std::make_unique<Tolva2011Register>(s);
+// Starts nothing: records what it was asked and answers as scripted.
+struct Launcher : platform::ProcessLauncher {
+  bool Start(const std::string& line, int style, int& pid) override {
+    started = line + "|" + std::to_string(style);
+    pid = 4242;
+    return start_ok;
   }
-  std::shared_ptr<fakes::FakeSystemInfo> sys = std::make_shared<fakes::FakeSystemInfo>();
-  std::shared_ptr<fakes::FakeProcessLauncher> launcher = std::make_shared<fakes::FakeProcessLauncher>();
-  std::shared_ptr<fakes::FakeWindowServices> windows = std::make_shared<fakes::FakeWindowServices>();
-  std::unique_ptr<Tolva2011Register> c;
+  bool Activate(int pid) override { return activated = pid, false; }
+  bool start_ok = true;
+  std::string started;
+  int activated = 0;
 };
 
-TEST_F(SystemMembers, Names) {
+struct Host : HostContainer {
+  void DoEvents() override { ++events, on_events(); }
+  int events = 0;
+  std::function<void()> on_events = [] {};
+};
+
+class SystemMembers : public ::testing::Test {
+ protected:
+  platform::Services Services() {
+    platform::Services s;
+    s.system = sys, s.processes = launcher, s.windows = windows;
+    return s;
+  }
+  std::shared_ptr<fakes::FakeSystemInfo> sys = std::make_shared<fakes::FakeSystemInfo>();
+  std::shared_ptr<Launcher> launcher = std::make_shared<Launcher>();
+  std::shared_ptr<fakes::FakeWindowServices> windows = std::make_shared<fakes::FakeWindowServices>();
+  Host host;
+  Tolva2011Register c{Services(), &host};
+};
+
+TEST_F(SystemMembers, NamesFitTheClassicBufferAndTheUserNameKeepsItsNul) {
   struct Row {
-    const char* label;
-    std::optional<std::string> platform_name;
-    std::string computer, user;  // what the members return for it
-  };
-  const std::vector<Row> rows = {
-      {"ordinary: the user name keeps its NUL", "build01"s, "build01", "build01\0"s},
-      {"the call fails", std::nullopt, "", ""},
-      {"empty name", ""s, "", "\0"s},
-      {"254 characters still fit the buffer", std::string(254, 'n'), std::string(254, 'n'),
-       std::string(254, 'n') + '\0'},
-      {"255 characters do not", std::string(255, 'n'), "", ""},
-  };
-  for (const Row& r : rows) {
-    sys->computer_name = r.platform_name;
-    sys->user_name = r.platform_name;
-    EXPECT_EQ(c->ComputerName(), r.computer) << r.label;
-    EXPECT_EQ(c->UserName(), r.user) << r.label;
+    std::optional<std::string> name;
+    std::string computer, user;
+  } rows[] = {{"build01"s, "build01", "build01\0"s},
+              {std::nullopt, "", ""},
+              {""s, "", "\0"s},
+              {std::string(254, 'n'), std::string(254, 'n'), std::string(254, 'n') + '\0'},
+              {std::string(255, 'n'), "", ""}};
+  for (const auto& r : rows) {
+    sys->computer_name = sys->user_name = r.name;
+    EXPECT_EQ(c.ComputerName(), r.computer) << r.name.value_or("<fails>").size();
+    EXPECT_EQ(c.UserName(), r.user) << r.name.value_or("<fails>").size();
   }
 }
 
-TEST_F(SystemMembers, ProgramExecute) {
-  struct Row {
-    const char* label;
-    bool start_ok, activate_ok;
-    Boolean expected;
-    std::size_t activations;
-  };
-  const std::vector<Row> rows = {
-      {"started and activated", true, true, kTrue, 1},
-      {"activation failure ignored", true, false, kTrue, 1},
-      {"not started: no activation", false, true, kFalse, 0},
-  };
-  for (const Row& r : rows) {
-    launcher->start_ok = r.start_ok;
-    launcher->activate_ok = r.activate_ok;
-    launcher->starts.clear();
-    launcher->activations.clear();
-    const int pid = launcher->next_pid;
-    EXPECT_EQ(c->ProgramExecute("editor \"a b.txt\""), r.expected) << r.label;
-    ASSERT_EQ(launcher->starts.size(), 1u) << r.label;
-    EXPECT_EQ(launcher->starts[0].command_line, "editor \"a b.txt\"") << r.label;
-    EXPECT_EQ(launcher->starts[0].window_style, 4) << r.label << ": normal window, no focus";
-    ASSERT_EQ(launcher->activations.size(), r.activations) << r.label;
-    if (r.activations) {
-      EXPECT_EQ(launcher->activations[0], pid) << r.label << ": activates the started one";
-    }
-  }
+TEST_F(SystemMembers, ProgramExecuteStartsWithoutFocusThenActivatesTheNewProcess) {
+  EXPECT_EQ(c.ProgramExecute("editor \"a b.txt\""), kTrue) << "an activation failure is ignored";
+  EXPECT_EQ(launcher->started, "editor \"a b.txt\"|4");
+  EXPECT_EQ(launcher->activated, 4242);
+  launcher->start_ok = false;
+  launcher->activated = 0;
+  EXPECT_EQ(c.ProgramExecute("editor"), kFalse);
+  EXPECT_EQ(launcher->activated, 0);
 }
 
-TEST_F(SystemMembers, FormatErrorMessage) {
-  sys->messages = {{2, "The system cannot find the file specified. "},
-                   {12002, "The operation timed out"},
-                   {7, std::string(600, 'x')}};
+TEST_F(SystemMembers, FormatErrorMessageUsesTheTableOrNamesTheNumber) {
+  sys->messages = {{2, "Not found. "}, {7, std::string(513, 'x')}, {8, std::string(512, 'y')}};
   struct Row {
     Long number;
     std::string expected;
-  };
-  const std::vector<Row> rows = {
-      {0, ""},
-      {2, "The system cannot find the file specified. "},  // the table's own trailing blank stays
-      {12002, "The operation timed out"},
-      {424242, "Error Number = 424242"},
-      {-5, "Error Number = -5"},
-      {-2147483647 - 1, "Error Number = -2147483648"},
-      {7, "Error Number = 7"},  // longer than the buffer offered
-  };
-  for (const Row& r : rows) EXPECT_EQ(c->FormatErrorMessage(r.number), r.expected) << r.number;
+  } rows[] = {{0, ""},
+              {2, "Not found. "},  // the table's own trailing blank stays
+              {8, std::string(512, 'y')},
+              {7, "Error Number = 7"},  // longer than the buffer offered
+              {-2147483647 - 1, "Error Number = -2147483648"}};
+  for (const auto& r : rows) EXPECT_EQ(c.FormatErrorMessage(r.number), r.expected) << r.number;
 }
 
-TEST_F(SystemMembers, MessageBoxes) {
+TEST_F(SystemMembers, MessageBoxesCarryTheProgramNameAndTheirIcon) {
+  c.ProgramName("");
+  c.MessageError("Disk \0full"s);
+  c.ProgramName("Payroll");
+  c.MessageInfo("i");
+  c.MessageWarn("w");
+  windows->answer = 7;
+  EXPECT_EQ(c.MessageQuery("Save?", 4), Variant::FromLong(7));
+  EXPECT_EQ(c.MessageQuery("Save?", 3 + 0x100), Variant::FromLong(7));
+  EXPECT_EQ(c.MessageQuery("Save?", 2147483647 - 0x20), Variant::FromLong(7)) << "the largest that fits a Long";
+  EXPECT_TRUE(c.MessageQuery("Save?", 2147483647 - 0x1f).IsEmpty()) << "the flags overflow a Long: no box";
+  std::string shown;
+  for (const auto& b : windows->boxes) shown += b.caption + "|" + b.text + "|" + std::to_string(b.flags) + ";";
+  EXPECT_EQ(shown,
+            " Error|Disk \0full|16;Payroll Information|i|64;Payroll Warning|w|48;Payroll Query|Save?|36;"
+            "Payroll Query|Save?|291;Payroll Query|Save?|2147483647;"s);
+  windows->answer = 0;
+  EXPECT_TRUE(c.MessageQuery("Save?", 4).IsEmpty()) << "no box could be shown";
+}
+
+TEST_F(SystemMembers, WaitMilliSecondsWaitsTheRestAfterEachInputAndSurvivesTheWrap) {
   struct Row {
     const char* label;
-    std::string program_name;
-    void (*show)(Tolva2011Register&, const std::string&);
-    std::string caption;
-    std::uint32_t flags;
-  };
-  const std::vector<Row> rows = {
-      {"error", "Tolva", [](Tolva2011Register& t, const std::string& m) { t.MessageError(m); }, "Tolva Error", 0x10},
-      {"info", "Payroll", [](Tolva2011Register& t, const std::string& m) { t.MessageInfo(m); }, "Payroll Information",
-       0x40},
-      {"warn", "Payroll", [](Tolva2011Register& t, const std::string& m) { t.MessageWarn(m); }, "Payroll Warning",
-       0x30},
-      {"empty name keeps the blank", "", [](Tolva2011Register& t, const std::string& m) { t.MessageError(m); },
-       " Error", 0x10},
-  };
-  for (const Row& r : rows) {
-    windows->boxes.clear();
-    c->ProgramName(r.program_name);
-    r.show(*c, "Disk \0full"s);
-    ASSERT_EQ(windows->boxes.size(), 1u) << r.label;
-    EXPECT_EQ(windows->boxes[0].caption, r.caption) << r.label;
-    EXPECT_EQ(windows->boxes[0].text, "Disk \0full"s) << r.label;
-    EXPECT_EQ(windows->boxes[0].flags, r.flags) << r.label;
+    Long ms;
+    std::uint32_t input_after, start_tick;
+    std::vector<std::uint32_t> waits;  // the timeouts the platform was asked for
+    int events;                        // times the host processed its events
+  } rows[] = {{"zero: one wait of zero time", 0, UINT32_MAX, 100, {0}, 0},
+              {"a negative time waits no time", -5, UINT32_MAX, 100, {0}, 0},
+              {"no input: one wait", 250, UINT32_MAX, 100, {250}, 0},
+              {"input every 100 ms", 250, 100, 100, {250, 150, 50}, 2},
+              {"input every 1 ms", 3, 1, 0, {3, 2, 1}, 2},
+              {"a wrap restarts the whole remaining time", 100, 40, 0xFFFFFFF0u, {100, 100, 60, 20}, 2}};
+  for (const auto& r : rows) {
+    sys->waits.clear();
+    sys->input_after_ms = r.input_after;
+    sys->tick = r.start_tick;
+    host.events = 0;
+    c.WaitMilliSeconds(r.ms);
+    EXPECT_EQ(sys->waits, r.waits) << r.label;
+    EXPECT_EQ(host.events, r.events) << r.label;
+    const auto passed = std::accumulate(r.waits.begin(), r.waits.end(), 0u,
+                                        [&](auto sum, auto w) { return sum + std::min(w, r.input_after); });
+    EXPECT_GE(passed, static_cast<std::uint32_t>(std::max(r.ms, 0))) << r.label << ": never short";
   }
 }
 
-TEST_F(SystemMembers, MessageQuery) {
+TEST_F(SystemMembers, WaitSecondsCountsWholeSecondsOfTheClockIn200MsSteps) {
   struct Row {
     const char* label;
-    Long buttons;
-    int answer;
-    std::uint32_t flags;
-    Variant expected;
-  };
-  const std::vector<Row> rows = {
-      {"Yes/No answered No", 4, 7, 36, Variant::FromLong(7)},
-      {"Yes/No/Cancel, second default", 3 + 0x100, 2, 0x123, Variant::FromLong(2)},
-      {"OK", 0, 1, 32, Variant::FromLong(1)},
-      {"no box shown", 4, 0, 36, Variant()},
-  };
-  c->ProgramName("Tolva");
-  for (const Row& r : rows) {
-    windows->boxes.clear();
-    windows->answer = r.answer;
-    EXPECT_EQ(c->MessageQuery("Save?", r.buttons), r.expected) << r.label;
-    ASSERT_EQ(windows->boxes.size(), 1u) << r.label;
-    EXPECT_EQ(windows->boxes[0].caption, "Tolva Query") << r.label;
-    EXPECT_EQ(windows->boxes[0].flags, r.flags) << r.label;
+    Long seconds;
+    platform::DateTime start;
+    std::uint32_t past_the_second;  // ms
+    std::size_t waits;
+  } rows[] = {{"zero: one step", 0, {2011, 6, 15, 12, 0, 0}, 0, 1},
+              {"negative: one step", -3, {2011, 6, 15, 12, 0, 0}, 0, 1},
+              {"two seconds from a whole second", 2, {2011, 6, 15, 12, 0, 0}, 0, 10},
+              {"across midnight and the new year", 1, {2011, 12, 31, 23, 59, 59}, 0, 5},
+              {"just before a second turns", 1, {2011, 6, 15, 12, 0, 0}, 900, 1}};
+  for (const auto& r : rows) {
+    sys->SetNow(r.start);
+    sys->Advance(r.past_the_second);
+    sys->waits.clear();
+    sys->input_after_ms = UINT32_MAX;
+    c.WaitSeconds(r.seconds);
+    EXPECT_EQ(sys->waits, std::vector<std::uint32_t>(r.waits, 200)) << r.label;
   }
-  windows->boxes.clear();
-  EXPECT_TRUE(c->MessageQuery("Save?", 2147483647).IsEmpty()) << "the flags overflow a Long";
-  EXPECT_TRUE(windows->boxes.empty());
+  // A clock the host sets back an hour during the wait still ends it.
+  host.on_events = [&] { sys->SetNow({2011, 6, 15, 11, 0, 0}); };
+  host.events = 0;
+  c.WaitSeconds(5);
+  EXPECT_EQ(host.events, 1);
 }
 
-// Every member fails quietly when its platform service is missing.
+// Without their platform services the members fail quietly and at once.
 TEST(SystemMembersWithoutServices, FailQuietly) {
   Tolva2011Register c{platform::Services{}};
-  EXPECT_EQ(c.ComputerName(), "");
-  EXPECT_EQ(c.UserName(), "");
+  c.WaitMilliSeconds(100000);
+  c.WaitSeconds(100000);
+  EXPECT_EQ(c.ComputerName() + c.UserName(), "");
   EXPECT_EQ(c.ProgramExecute("true"), kFalse);
   EXPECT_EQ(c.FormatErrorMessage(53), "Error Number = 53");
   c.MessageError("x");
