@@ -3,7 +3,6 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -186,52 +185,29 @@ bool Succeeds(const std::string& command) {
   return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-int ConnectLocal(std::uint16_t port) {
-  const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in addr{};
-  addr.sin_family = AF_INET;
-  addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  addr.sin_port = htons(port);
-  if (fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) return fd;
-  if (fd >= 0) ::close(fd);
-  return -1;
-}
+// Waits up to five seconds for the greeting on a port and, given a user, logs in: exit status 0 when all
+// went well. A daemon that runs as root needs privileges (chroot, a user switch) a container may refuse,
+// so it counts only when it really logs its user in.
+constexpr const char* kProbe = R"PY(
+import ftplib, sys, time
+port, user, password = int(sys.argv[1]), sys.argv[2], sys.argv[3]
+for _ in range(100):
+    try:
+        ftp = ftplib.FTP()
+        ftp.connect("127.0.0.1", port, timeout=5)
+        break
+    except OSError:
+        time.sleep(0.05)
+else:
+    sys.exit(1)
+if user:
+    ftp.login(user, password)
+    ftp.pwd()
+)PY";
 
-// Sends `line` (unless empty) and reads one whole reply, multi-line ones too: its code, or -1 when the
-// connection closed or stayed silent.
-int Exchange(int fd, const std::string& line) {
-  if (!line.empty() && ::send(fd, line.data(), line.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(line.size()))
-    return -1;
-  std::string text;
-  for (;;) {
-    // Complete when a line starts with the first line's code and a blank.
-    for (std::size_t start = 0, end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
-      if (end - start >= 4 && text[start + 3] == ' ' && text.compare(0, 3, text, start, 3) == 0)
-        return std::atoi(text.c_str());
-    }
-    pollfd p{fd, POLLIN, 0};
-    char buf[4096];
-    const ssize_t n = ::poll(&p, 1, 5000) == 1 ? ::recv(fd, buf, sizeof buf, 0) : -1;
-    if (n <= 0) return -1;
-    text.append(buf, static_cast<std::size_t>(n));
-  }
-}
-
-bool Greets(std::uint16_t port) {
-  const int fd = ConnectLocal(port);
-  const bool ok = fd >= 0 && Exchange(fd, "") == 220;
-  if (fd >= 0) ::close(fd);
-  return ok;
-}
-
-// A daemon that runs as root needs privileges (chroot, a user switch) a container may refuse: it counts
-// only when it really logs its user in.
-bool LoginWorks(const FtpServer& server) {
-  const int fd = ConnectLocal(server.Port());
-  const bool ok = fd >= 0 && Exchange(fd, "") == 220 && Exchange(fd, "USER " + server.User() + "\r\n") == 331 &&
-                  Exchange(fd, "PASS " + server.Password() + "\r\n") == 230 && Exchange(fd, "PWD\r\n") == 257;
-  if (fd >= 0) ::close(fd);
-  return ok;
+bool Probe(std::uint16_t port, const std::string& user = "", const std::string& password = "") {
+  ChildProcess probe;
+  return probe.Spawn({kPython, "-c", kProbe, std::to_string(port), user, password}, "/dev/null") && probe.Wait() == 0;
 }
 
 std::uint16_t PickFreePort() {
@@ -276,7 +252,9 @@ std::string WhyNot(FtpServerKind kind) {
   std::string why;
   const auto server = FtpServer::Start(kind, &why);
   if (!server) return "does not start here: " + why.substr(0, why.find('\n'));
-  return LoginWorks(*server) ? "" : "starts but cannot log its user in here (chroot or user switch refused?)";
+  return Probe(server->Port(), server->User(), server->Password())
+             ? ""
+             : "starts but cannot log its user in here (chroot or user switch refused?)";
 }
 
 // A test process that was killed leaves its vsftpd login service behind: remove those whose password
@@ -369,6 +347,13 @@ bool ChildProcess::Spawn(const std::vector<std::string>& argv, const std::string
   return true;
 }
 
+int ChildProcess::Wait() {
+  int status = -1;
+  if (pid_ > 0) ::waitpid(pid_, &status, 0);
+  pid_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 bool ChildProcess::Running() {
   int status = 0;
   if (pid_ > 0 && ::waitpid(pid_, &status, WNOHANG) == pid_) pid_ = -1;
@@ -391,7 +376,9 @@ void ChildProcess::Stop() {
   pid_ = -1;
 }
 
-std::uint16_t WaitForPortFile(ChildProcess& child, const std::string& port_file) {
+// Waits for a child that writes the port it listens on into `port_file`: 0 when it exited first or took
+// more than five seconds.
+static std::uint16_t WaitForPortFile(ChildProcess& child, const std::string& port_file) {
   for (int i = 0; i < 200; ++i) {
     const std::string text = ReadWholeFile(port_file);
     if (!text.empty()) return static_cast<std::uint16_t>(std::atoi(text.c_str()));
@@ -445,7 +432,7 @@ bool FtpServer::Launch(std::string* why) {
       if (process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root, User(), Password(), port_file},
                          work_ + "/server.log"))
         port_ = WaitForPortFile(process_, port_file);
-      if (port_ != 0 && Greets(port_)) return true;
+      if (port_ != 0 && Probe(port_)) return true;
       *why = "did not start listening";
       return false;
     }
@@ -529,10 +516,7 @@ bool FtpServer::SpawnOnFreePort(std::string* why, const std::function<std::vecto
     port_ = PickFreePort();
     if (!process_.Spawn(command(), work_ + "/server.log")) break;
     // A port taken meanwhile greets with another server's voice while ours fails to bind and exits.
-    for (int i = 0; i < 100 && process_.Running(); ++i) {
-      if (Greets(port_) && process_.Running()) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
+    if (Probe(port_) && process_.Running()) return true;
     process_.Stop();
   }
   *why = "did not start listening";

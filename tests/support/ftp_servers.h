@@ -36,14 +36,12 @@ class ChildProcess {
   bool Spawn(const std::vector<std::string>& argv, const std::string& log_path);
   void Stop();
   bool Running();
+  // Waits for the child to end: its exit status, or -1.
+  int Wait();
 
  private:
   pid_t pid_ = -1;
 };
-
-// Waits for a child that writes the port it listens on into `port_file`; 0 if it exited first or took
-// longer than five seconds.
-std::uint16_t WaitForPortFile(ChildProcess& child, const std::string& port_file);
 
 class FtpServer {
  public:
