@@ -20,13 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using Events = std::vector<std::string>;
 
-std::string Read(const fs::path& p) {
-  return testing::ReadWholeFile(p.string());
-}
-void Write(const fs::path& p, const std::string& data) {
-  testing::WriteWholeFile(p.string(), data);
-}
-
 class Recorder : public Tolva2011RegisterEvents, public HostContainer {
  public:
   Events events;
@@ -76,6 +69,8 @@ class FtpMembers : public ::testing::TestWithParam<testing::FtpServerKind> {
     ASSERT_EQ(c->FTPSessionOpen(h(), server->User(), server->Password(), msg), kTrue) << msg;
     home = c->FTPSessionDirectoryCurrent();
   }
+  static std::string Read(const fs::path& p) { return testing::ReadWholeFile(p.string()); }
+  static void Write(const fs::path& p, const std::string& data) { testing::WriteWholeFile(p.string(), data); }
   std::string h() const { return server->HostPort(); }
   std::string Local(const std::string& name) const { return (local / name).string(); }
   bool OnlyOnce() const { return GetParam() == testing::FtpServerKind::kPyftpdlib; }
@@ -87,19 +82,17 @@ class FtpMembers : public ::testing::TestWithParam<testing::FtpServerKind> {
   std::unique_ptr<Tolva2011Register> c;
 };
 
-TEST_P(FtpMembers, SessionsAndDirectories) {
+// What only a real server shows: a refused login, directories made and removed on its disk, the current
+// directory kept over a reconnect, ASCII and binary on the wire, and the one-call members' own sessions.
+TEST_P(FtpMembers, SessionsDirectoriesAndTransfers) {
   EXPECT_EQ(c->FTPSessionOpen(h(), server->User(), "wrong", msg), kFalse);
   EXPECT_EQ(msg, "Can't Open Session [" + h() + "] - Session can't be connected.");
-  EXPECT_EQ(c->FTPShortError(), "Session can't be connected.");
   Open();
-  EXPECT_EQ(c->FTPSessionTest(msg), kTrue) << msg;
   EXPECT_EQ(c->FTPSessionDirectoryCreate("made", msg), kTrue) << msg;
   EXPECT_TRUE(fs::is_directory(root / "made"));
   EXPECT_EQ(c->FTPSessionDirectoryCreate("made", msg), kFalse);
-  EXPECT_EQ(msg.rfind("Can't Create Directory [made] - Error - FTPSessionDirectoryCreate/", 0), 0u) << msg;
   EXPECT_EQ(c->FTPSessionDirectoryExists("made"), kTrue);
   EXPECT_EQ(c->FTPSessionDirectoryExists("missing"), kFalse);
-  EXPECT_EQ(c->FTPLastError(), "");
   EXPECT_EQ(c->FTPSessionDirectoryCurrent(), home) << "back where it was";
   ASSERT_EQ(c->FTPSessionDirectoryCurrentSet("made"), kTrue) << c->FTPLastError();
   EXPECT_EQ(c->FTPSessionReconnect(msg), kTrue) << msg;
@@ -107,10 +100,21 @@ TEST_P(FtpMembers, SessionsAndDirectories) {
   ASSERT_EQ(c->FTPSessionDirectoryCurrentSet(home), kTrue);
   EXPECT_EQ(c->FTPSessionDirectoryDelete("made/"), kTrue) << c->FTPLastError();
   EXPECT_FALSE(fs::exists(root / "made"));
+
+  std::string binary(70000, '\0');
+  for (std::size_t i = 0; i < binary.size(); ++i) binary[i] = static_cast<char>(i * 31);
+  Write(local / "bin.dat", binary);
+  Write(root / "text.txt", "one\ntwo\n");
+  ASSERT_EQ(c->FTPSessionGet("text.txt", Local("text.txt"), kTrue, msg), kTrue) << msg;
+  EXPECT_EQ(Read(Local("text.txt")), "one\r\ntwo\r\n");
+  ASSERT_EQ(c->FTPSessionPut(Local("bin.dat"), "back.dat", kFalse, msg), kTrue) << msg;
+  EXPECT_EQ(Read(root / "back.dat"), binary);
   c->FTPSessionClose();
-  EXPECT_EQ(c->FTPSession(), 0);
   EXPECT_EQ(c->FTPSessionTest(msg), kFalse);
-  EXPECT_EQ(msg, "Session is not opened.");
+  ASSERT_EQ(c->FTPGetBinaryFile(h(), server->User(), server->Password(), "back.dat", Local("x"), msg), kTrue) << msg;
+  EXPECT_EQ(Read(Local("x")), binary);
+  EXPECT_EQ(c->FTPTest(h(), server->User(), server->Password(), msg), kTrue) << msg;
+  EXPECT_EQ(c->FTPTest(h(), server->User(), "bad", msg), kFalse);
 }
 
 TEST_P(FtpMembers, FindCountDownloadAndDeleteByMask) {
@@ -125,14 +129,6 @@ TEST_P(FtpMembers, FindCountDownloadAndDeleteByMask) {
   Long files = 0, dirs = 0;
   EXPECT_EQ(c->FTPSessionFileFindCount("*", files, dirs, msg), kTrue);
   EXPECT_EQ(files * 10 + dirs, 31) << files << " files, " << dirs << " directories";
-  auto names = HostArray<std::string>::OneDim(1, 5), dates = names, times = names;
-  auto sizes = HostArray<Long>::OneDim(1, 5);
-  EXPECT_EQ(c->FTPSessionFileFindFilesFull("*", names, sizes, dates, times, 5, msg), 3);
-  for (Long i = 1; i <= 3; ++i) EXPECT_EQ(dates.At(i)->size(), 10u) << "yyyy-mm-dd: " << *dates.At(i);
-  Long size = 0;
-  std::string date, time;
-  EXPECT_EQ(c->FTPSessionFileExistsFull("a.txt", size, date, time, msg), kTrue);
-  EXPECT_EQ(size, 3);
 
   fs::create_directories(root / "d.txt");
   host.events.clear();
@@ -143,48 +139,6 @@ TEST_P(FtpMembers, FindCountDownloadAndDeleteByMask) {
   EXPECT_EQ(host.Take(), (Events{"Deleted a.txt -1", "Deleted b.txt -1"}));
   EXPECT_FALSE(fs::exists(root / "a.txt"));
   EXPECT_TRUE(fs::exists(root / "c.log"));
-  EXPECT_EQ(c->FTPSessionFileDelete("a.txt"), kFalse);
-  EXPECT_EQ(c->FTPLastError().rfind("FTPSessionFileDelete/", 0), 0u);
-}
-
-TEST_P(FtpMembers, GetAndPutTextAndBinary) {
-  std::string binary(70000, '\0');
-  for (std::size_t i = 0; i < binary.size(); ++i) binary[i] = static_cast<char>(i * 31);
-  Write(root / "bin.dat", binary);
-  Write(root / "text.txt", "one\ntwo\n");
-  Open();
-  ASSERT_EQ(c->FTPSessionGet("bin.dat", Local("bin.dat"), kFalse, msg), kTrue) << msg;
-  EXPECT_EQ(Read(Local("bin.dat")), binary);
-  ASSERT_EQ(c->FTPSessionGet("text.txt", Local("text.txt"), kTrue, msg), kTrue) << msg;
-  EXPECT_EQ(Read(Local("text.txt")), "one\r\ntwo\r\n");
-  ASSERT_EQ(c->FTPSessionGetAuto("text.txt", Local("auto.txt"), msg), kTrue) << msg;
-  EXPECT_EQ(c->FTPSessionGetAutoAscii(), "True");
-  ASSERT_EQ(c->FTPSessionPut(Local("bin.dat"), "back.dat", kFalse, msg), kTrue) << msg;
-  EXPECT_EQ(Read(root / "back.dat"), binary);
-  ASSERT_EQ(c->FTPSessionPut(Local("text.txt"), "back.txt", kTrue, msg), kTrue) << msg;
-  std::string text = Read(root / "back.txt");
-  text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
-  EXPECT_EQ(text, "one\ntwo\n") << "line for line";
-  EXPECT_EQ(c->FTPSessionGet("missing", Local("m"), kFalse, msg), kFalse);
-  EXPECT_EQ(msg.rfind("Can't Get File [missing] - Get Error - FTPSessionGet/", 0), 0u) << msg;
-  c->FTPSessionClose();
-
-  // The one-call members open and close a session of their own.
-  const std::string user = server->User(), pw = server->Password();
-  ASSERT_EQ(c->FTPGetAsciiFile(h(), user, pw, "text.txt", Local("one.txt"), msg), kTrue) << msg;
-  EXPECT_EQ(Read(Local("one.txt")), "one\r\ntwo\r\n");
-  ASSERT_EQ(c->FTPPutBinaryFile(h(), user, pw, Local("bin.dat"), "two.bin", msg), kTrue) << msg;
-  EXPECT_EQ(Read(root / "two.bin"), binary);
-  EXPECT_EQ(c->FTPGetBinaryFile(h(), user, "bad", "bin.dat", Local("x"), msg), kFalse);
-  EXPECT_EQ(msg, "Can't Open Session [" + h() + "] - Session can't be connected.");
-  EXPECT_EQ(c->FTPTest(h(), user, pw, msg), kTrue) << msg;
-  EXPECT_EQ(c->FTPTest(h(), user, "bad", msg), kFalse);
-  EXPECT_EQ(msg, "FTP Test Failure [" + h() + "] - Session can't be connected.");
-  fs::create_directories(root / "pub");
-  EXPECT_EQ(c->FTPTestDirectory(h(), user, pw, "pub", msg), kFalse) << "no session of the component";
-  EXPECT_EQ(msg, "Internet Directory [pub] does not exist.");
-  Open();
-  EXPECT_EQ(c->FTPTestDirectory(h(), user, pw, "pub", msg), kTrue) << msg;
 }
 
 TEST_P(FtpMembers, BufferedTransfersReportProgressAndStop) {
