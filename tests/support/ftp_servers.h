@@ -51,7 +51,6 @@ class FtpServer {
   FtpServer(const FtpServer&) = delete;
   FtpServer& operator=(const FtpServer&) = delete;
 
-  FtpServerKind Kind() const { return kind_; }
   std::string Name() const { return FtpServerName(kind_); }
   std::uint16_t Port() const { return port_; }
   std::string HostPort() const { return "127.0.0.1:" + std::to_string(port_); }

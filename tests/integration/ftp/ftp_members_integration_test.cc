@@ -101,8 +101,7 @@ TEST_P(FtpMembers, SessionsDirectoriesAndTransfers) {
   EXPECT_EQ(c->FTPSessionDirectoryDelete("made/"), kTrue) << c->FTPLastError();
   EXPECT_FALSE(fs::exists(root / "made"));
 
-  std::string binary(70000, '\0');
-  for (std::size_t i = 0; i < binary.size(); ++i) binary[i] = static_cast<char>(i * 31);
+  const std::string binary = std::string(70000, '\0') + "\r\n\x1a\xff\n";
   Write(local / "bin.dat", binary);
   Write(root / "text.txt", "one\ntwo\n");
   ASSERT_EQ(c->FTPSessionGet("text.txt", Local("text.txt"), kTrue, msg), kTrue) << msg;
