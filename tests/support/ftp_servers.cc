@@ -1,10 +1,8 @@
 #include "support/ftp_servers.h"
 
 #include <arpa/inet.h>
-#include <dirent.h>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -12,39 +10,35 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <mutex>
-#include <set>
 #include <sstream>
 #include <thread>
 
 namespace tolva::testing {
 namespace {
 
+namespace fs = std::filesystem;
 constexpr const char* kPython = "/usr/bin/python3";  // the Debian python that has pyftpdlib
 constexpr const char* kProftpd = "/usr/sbin/proftpd";
-// crypt(3) MD5 hash of "tolva-pw" for proftpd's AuthUserFile.
+// crypt(3) MD5 hash of "tolva-pw", for proftpd's and pure-ftpd's user files.
 constexpr const char* kPasswordHash = "$1$tolvasal$pNVok5UT8Vfj5O9jzLPHt/";
 
-// pyftpdlib through its API: one user with full rights in its root, MLSD on,
-// bound to a kernel-chosen port that it writes to a file once listening.
+// One user with full rights in its root, MLSD on, on a kernel-chosen port it writes once listening.
 constexpr const char* kPyftpdlibLauncher = R"PY(
 import os, sys
 from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.handlers import FTPHandler
 from pyftpdlib.servers import FTPServer
 root, user, password, port_file = sys.argv[1:5]
-auth = DummyAuthorizer()
-auth.add_user(user, password, root, perm="elradfmwMT")
-FTPHandler.authorizer = auth
-FTPHandler.timeout = 120
+FTPHandler.authorizer = DummyAuthorizer()
+FTPHandler.authorizer.add_user(user, password, root, perm="elradfmwMT")
 server = FTPServer(("127.0.0.1", 0), FTPHandler)
 server.max_cons = 64
 with open(port_file + ".tmp", "w") as f:
@@ -53,184 +47,267 @@ os.rename(port_file + ".tmp", port_file)
 server.serve_forever()
 )PY";
 
-bool FileExecutable(const std::string& path) {
+// The scripted server (see MisbehavingFtpd in the header): logs each command line to LOG_FILE at once, so
+// a test can count the exchanges.
+constexpr const char* kMisbehavingServer = R"PY(
+import json, os, socket, sys, threading, time
+port_file, log_file, sc = sys.argv[1], sys.argv[2], json.loads(sys.argv[3])
+lock = threading.Lock()
+
+class Session:
+    def __init__(self, conn):
+        self.conn, self.pasv, self.cwd = conn, None, "/"
+
+    def send(self, text):
+        data = text.encode("latin-1")
+        step = 3 if sc.get("split_replies") else len(data) or 1
+        for i in range(0, len(data), step):
+            self.conn.sendall(data[i:i + step])
+            if sc.get("split_replies"):
+                time.sleep(0.001)
+
+    def reply(self, code, text):
+        self.send("%d %s\r\n" % (code, text))
+
+    def passive(self):
+        self.pasv = socket.create_server(("127.0.0.1", 0))
+        self.pasv.settimeout(10)
+        return self.pasv.getsockname()[1]
+
+    def accept(self):
+        data, _ = self.pasv.accept()
+        self.pasv.close()
+        return data
+
+    def send_data(self, payload, mode):
+        self.reply(150, "Opening data connection.")
+        data = self.accept()
+        if mode in ("drop_data", "stall"):
+            data.sendall(payload[:len(payload) // 2])
+            if mode == "stall":
+                time.sleep(3600)
+            data.close()
+            return self.reply(426, "Connection closed; transfer aborted.")
+        data.sendall(payload)
+        data.close()
+        self.reply(226, "Transfer complete.")
+
+    def run(self):
+        time.sleep(sc.get("stall_greeting", 0))
+        size = sc.get("greeting_bytes", 0)
+        self.send("220-" + "x" * size + "\r\n220 ready\r\n" if size else "220 misbehaving server ready\r\n")
+        buf = b""
+        while True:
+            while b"\n" not in buf:
+                chunk = self.conn.recv(65536)
+                if not chunk:
+                    return
+                buf += chunk
+            line, buf = buf.split(b"\n", 1)
+            line = line.rstrip(b"\r")
+            with lock, open(log_file, "ab") as f:
+                f.write(line + b"\n")
+            verb, _, arg = line.decode("latin-1").partition(" ")
+            verb = verb.upper()
+            time.sleep(sc.get("stall_on", {}).get(verb, 0))
+            if verb in sc.get("drop_on", []) or not self.command(verb, arg):
+                return
+
+    def command(self, verb, arg):
+        multi = sc.get("multiline")
+        if verb == "USER":
+            self.reply(331, "Password please.")
+        elif verb == "PASS":
+            self.send("530 Login incorrect.\r\n" if sc.get("login") == "refuse" else "230 Logged in.\r\n")
+        elif verb == "EPSV" and not sc.get("no_epsv"):
+            self.reply(229, "Entering Extended Passive Mode (|||%d|)" % self.passive())
+        elif verb == "PASV":
+            port = self.passive()
+            self.reply(227, "Entering Passive Mode (127,0,0,1,%d,%d)" % (port // 256, port % 256))
+        elif verb == "PWD":
+            self.send(('257-Here it is\r\n257-more text\r\n' if multi else "") + '257 "%s" is current.\r\n' % self.cwd)
+        elif verb == "CWD":
+            self.cwd = arg if arg.startswith("/") else self.cwd.rstrip("/") + "/" + arg
+            self.send("250-Changed.\r\n250-Line two\r\n250 OK\r\n" if multi else "250 OK\r\n")
+        elif verb == "LIST":
+            listing = sc.get("listing", "").encode("latin-1")
+            if sc.get("list_mode") == "drop_control":
+                self.reply(150, "Here it comes.")
+                self.accept().sendall(listing[:100])
+                return False
+            self.send_data(listing, sc.get("list_mode"))
+        elif verb == "RETR" and arg in sc.get("files", {}):
+            payload = sc["files"][arg].encode("latin-1")
+            mode = sc.get("retr_mode")
+            self.send_data(payload + b"EXTRA BYTES" if mode == "extra" else payload, mode)
+        elif verb == "STOR":
+            self.reply(150, "Send it.")
+            data, got = self.accept(), 0
+            while True:
+                if sc.get("stor_mode") == "drop_data" and got >= 65536:
+                    data.close()
+                    self.reply(426, "Connection closed; transfer aborted.")
+                    return True
+                chunk = data.recv(65536)
+                if not chunk:
+                    break
+                got += len(chunk)
+            data.close()
+            self.reply(226, "Stored %d bytes." % got)
+        elif verb in ("TYPE", "DELE", "MKD", "RMD", "ABOR"):
+            self.reply(200, "OK")
+        elif verb == "QUIT":
+            self.reply(221, "Bye.")
+            return False
+        else:
+            self.reply(550 if verb == "RETR" else 502, "No.")
+        return True
+
+def serve(conn):
+    try:
+        Session(conn).run()
+    except OSError:
+        pass
+    conn.close()
+
+listener = socket.create_server(("127.0.0.1", 0))
+with open(port_file + ".tmp", "w") as f:
+    f.write(str(listener.getsockname()[1]))
+os.rename(port_file + ".tmp", port_file)
+while True:
+    threading.Thread(target=serve, args=(listener.accept()[0],), daemon=True).start()
+)PY";
+
+bool Executable(const std::string& path) {
   return ::access(path.c_str(), X_OK) == 0;
 }
-
-// Sends `line` (unless empty) and reads one reply, multi-line ones whole;
-// its code, or -1 on a closed or silent connection.
-int Exchange(int fd, const std::string& line) {
-  if (!line.empty() && ::send(fd, line.data(), line.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(line.size()))
-    return -1;
-  std::string text;
-  for (;;) {
-    // The reply is complete when its last line starts with the code and a blank.
-    for (std::size_t start = 0, end; (end = text.find("\r\n", start)) != std::string::npos; start = end + 2) {
-      if (end - start >= 4 && text[start + 3] == ' ' && text.compare(0, 3, text, start, 3) == 0)
-        return std::atoi(text.substr(0, 3).c_str());
-    }
-    pollfd p{fd, POLLIN, 0};
-    char buf[4096];
-    if (::poll(&p, 1, 5000) != 1) return -1;
-    const ssize_t n = ::recv(fd, buf, sizeof buf, 0);
-    if (n <= 0) return -1;
-    text.append(buf, static_cast<std::size_t>(n));
-  }
+bool Succeeds(const std::string& command) {
+  return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-// True when the server logs its user in: the daemons that run as root need
-// privileges (chroot, switching users) a container may not grant.
-bool LoginWorks(FtpServer& server) {
+// Waits up to five seconds for the greeting on a port and, given a user, logs in: exit status 0 when all
+// went well. A daemon that runs as root needs privileges (chroot, a user switch) a container may refuse,
+// so it counts only when it really logs its user in.
+constexpr const char* kProbe = R"PY(
+import ftplib, sys, time
+port, user, password = int(sys.argv[1]), sys.argv[2], sys.argv[3]
+for _ in range(100):
+    try:
+        ftp = ftplib.FTP()
+        ftp.connect("127.0.0.1", port, timeout=5)
+        break
+    except OSError:
+        time.sleep(0.05)
+else:
+    sys.exit(1)
+if user:
+    ftp.login(user, password)
+    ftp.pwd()
+)PY";
+
+bool Probe(std::uint16_t port, const std::string& user = "", const std::string& password = "") {
+  ChildProcess probe;
+  return probe.Spawn({kPython, "-c", kProbe, std::to_string(port), user, password}, "/dev/null") && probe.Wait() == 0;
+}
+
+std::uint16_t PickFreePort() {
   const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (fd < 0) return false;
   sockaddr_in addr{};
   addr.sin_family = AF_INET;
   addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  addr.sin_port = htons(server.Port());
-  const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 && Exchange(fd, "") == 220 &&
-                  Exchange(fd, "USER " + server.User() + "\r\n") == 331 &&
-                  Exchange(fd, "PASS " + server.Password() + "\r\n") == 230 && Exchange(fd, "PWD\r\n") == 257;
+  socklen_t len = sizeof addr;
+  const bool ok = ::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 &&
+                  ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0;
   ::close(fd);
-  return ok;
+  return ok ? ntohs(addr.sin_port) : 0;
 }
 
-// Adds `kind` when a server of it starts and logs in here, else says why.
-void AddIfUsable(FtpServerKind kind, std::vector<FtpServerKind>& kinds, std::vector<std::string>& notices) {
+std::string DaemonDir() {
+  const char* env = std::getenv("TOLVA_FTPD_DIR");
+  return env && *env ? env : "/opt/tolva-ftpd";
+}
+
+// Why `kind` cannot run here, or "" when it can.
+std::string WhyNot(FtpServerKind kind) {
+  const std::string dir = DaemonDir();
+  switch (kind) {
+    case FtpServerKind::kPyftpdlib:
+      return Succeeds(std::string(kPython) + " -c 'import pyftpdlib'") ? "" : "python3-pyftpdlib is not installed";
+    case FtpServerKind::kProftpd:
+      return Executable(kProftpd) ? "" : "proftpd-basic is not installed";
+    case FtpServerKind::kVsftpd:
+      if (::geteuid() != 0) return "needs root, the tests run unprivileged";
+      if (!Executable(dir + "/usr/sbin/vsftpd"))
+        return "not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)";
+      if (::access("/etc/pam.d", W_OK) != 0 || !Succeeds("/usr/bin/perl -MDB_File -e 1"))
+        return "needs a writable /etc/pam.d and perl's DB_File for its PAM user database";
+      break;
+    case FtpServerKind::kPureFtpd:
+      if (::geteuid() != 0) return "needs root, the tests run unprivileged";
+      if (!Executable(dir + "/usr/sbin/pure-ftpd") || !Executable(dir + "/usr/bin/pure-pw"))
+        return "not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)";
+      break;
+  }
+  if (kind == FtpServerKind::kPyftpdlib || kind == FtpServerKind::kProftpd) return "";
   std::string why;
-  auto server = FtpServer::Start(kind, &why);
-  if (!server) {
-    notices.push_back(FtpServerName(kind) + ": does not start here: " + why.substr(0, why.find('\n')));
-  } else if (!LoginWorks(*server)) {
-    notices.push_back(FtpServerName(kind) +
-                      ": starts but cannot log its user in here (chroot or user switch refused?)");
-  } else {
-    kinds.push_back(kind);
+  const auto server = FtpServer::Start(kind, &why);
+  if (!server) return "does not start here: " + why.substr(0, why.find('\n'));
+  return Probe(server->Port(), server->User(), server->Password())
+             ? ""
+             : "starts but cannot log its user in here (chroot or user switch refused?)";
+}
+
+// A test process that was killed leaves its vsftpd login service behind: remove those whose password
+// database went with their server.
+void RemoveStaleVsftpdServices() {
+  std::error_code ec;
+  for (const auto& entry : fs::directory_iterator("/etc/pam.d", ec)) {
+    if (entry.path().filename().string().rfind("tolva-tolva-ftpd-vsftpd-", 0) != 0) continue;
+    const std::string text = ReadWholeFile(entry.path().string());
+    const std::size_t at = text.find("db=");
+    if (at == std::string::npos) continue;
+    const std::string db = text.substr(at + 3, text.find_first_of(" \n", at) - at - 3);
+    if (::access((db + ".db").c_str(), F_OK) != 0) ::unlink(entry.path().c_str());
   }
 }
 
 }  // namespace
 
 std::string FtpServerName(FtpServerKind kind) {
-  switch (kind) {
-    case FtpServerKind::kPyftpdlib:
-      return "pyftpdlib";
-    case FtpServerKind::kProftpd:
-      return "proftpd";
-    case FtpServerKind::kVsftpd:
-      return "vsftpd";
-    case FtpServerKind::kPureFtpd:
-      return "pure_ftpd";
-  }
-  return "unknown";
-}
-
-std::string FtpDaemonDir() {
-  const char* env = std::getenv("TOLVA_FTPD_DIR");
-  return env && *env ? env : "/opt/tolva-ftpd";
+  static const char* const kNames[] = {"pyftpdlib", "proftpd", "vsftpd", "pure_ftpd"};
+  return kNames[static_cast<int>(kind)];
 }
 
 std::vector<FtpServerKind> AvailableFtpServers() {
   static std::once_flag once;
   static std::vector<FtpServerKind> kinds;
   std::call_once(once, [] {
-    std::vector<std::string> notices;
-    if (FileExecutable(kPython) && std::system("/usr/bin/python3 -c 'import pyftpdlib' >/dev/null 2>&1") == 0) {
-      kinds.push_back(FtpServerKind::kPyftpdlib);
-    } else {
-      notices.push_back("pyftpdlib: python3-pyftpdlib is not installed");
+    for (auto kind :
+         {FtpServerKind::kPyftpdlib, FtpServerKind::kProftpd, FtpServerKind::kVsftpd, FtpServerKind::kPureFtpd}) {
+      const std::string why = WhyNot(kind);
+      if (why.empty())
+        kinds.push_back(kind);
+      else
+        std::cerr << "NOTICE: FTP server skipped: " << FtpServerName(kind) << ": " << why << "\n";
     }
-    if (FileExecutable(kProftpd))
-      kinds.push_back(FtpServerKind::kProftpd);
-    else
-      notices.push_back("proftpd: proftpd-basic is not installed");
-    // vsftpd and pure-ftpd run as root (they switch to their session
-    // users themselves), unpacked by scripts/install.d/ftp-daemons.sh.
-    const std::string dir = FtpDaemonDir();
-    const bool root = ::geteuid() == 0;
-    if (!root) {
-      notices.push_back("vsftpd: needs root, the tests run unprivileged");
-    } else if (!FileExecutable(dir + "/usr/sbin/vsftpd")) {
-      notices.push_back("vsftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
-    } else if (::access("/etc/pam.d", W_OK) != 0 || std::system("/usr/bin/perl -MDB_File -e 1 >/dev/null 2>&1") != 0) {
-      notices.push_back("vsftpd: needs a writable /etc/pam.d and perl's DB_File for its PAM user database");
-    } else {
-      AddIfUsable(FtpServerKind::kVsftpd, kinds, notices);
-    }
-    if (!root) {
-      notices.push_back("pure-ftpd: needs root, the tests run unprivileged");
-    } else if (!FileExecutable(dir + "/usr/sbin/pure-ftpd") || !FileExecutable(dir + "/usr/bin/pure-pw")) {
-      notices.push_back("pure-ftpd: not unpacked in " + dir + " (scripts/install.d/ftp-daemons.sh)");
-    } else {
-      AddIfUsable(FtpServerKind::kPureFtpd, kinds, notices);
-    }
-    for (const auto& n : notices) std::cerr << "NOTICE: FTP server skipped: " << n << "\n";
   });
   return kinds;
 }
 
-// ---------------------------------------------------------------------------
-// Helpers
-
 std::string MakeTempDir(const std::string& prefix) {
-  std::string templ = (std::filesystem::temp_directory_path() / (prefix + "XXXXXX")).string();
-  if (::mkdtemp(templ.data()) == nullptr) return "";
-  return templ;
+  std::string templ = (fs::temp_directory_path() / (prefix + "XXXXXX")).string();
+  return ::mkdtemp(templ.data()) ? templ : "";
 }
 
 void RemoveTree(const std::string& path) {
-  if (path.empty()) return;
   std::error_code ec;
-  std::filesystem::remove_all(path, ec);
-}
-
-std::uint16_t PickFreePort() {
-  int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (fd < 0) return 0;
-  sockaddr_in addr{};
-  addr.sin_family = AF_INET;
-  addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t len = sizeof addr;
-  std::uint16_t port = 0;
-  if (::bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 &&
-      ::getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0) {
-    port = ntohs(addr.sin_port);
-  }
-  ::close(fd);
-  return port;
-}
-
-bool WaitForGreeting(std::uint16_t port, int timeout_ms) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeout_ms);
-  while (std::chrono::steady_clock::now() < deadline) {
-    int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return false;
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    addr.sin_port = htons(port);
-    bool greeted = false;
-    if (::connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
-      pollfd p{fd, POLLIN, 0};
-      char buf[4] = {};
-      if (::poll(&p, 1, 2000) == 1 && ::recv(fd, buf, 3, 0) == 3) greeted = std::strncmp(buf, "220", 3) == 0;
-      ::shutdown(fd, SHUT_RDWR);
-    }
-    ::close(fd);
-    if (greeted) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  }
-  return false;
+  if (!path.empty()) fs::remove_all(path, ec);
 }
 
 int CountOpenDescriptors() {
-  int n = 0;
-  DIR* d = ::opendir("/proc/self/fd");
-  if (!d) return -1;
-  while (dirent* e = ::readdir(d)) {
-    if (e->d_name[0] != '.') ++n;
-  }
-  ::closedir(d);
-  return n - 1;  // the directory stream itself
+  std::error_code ec;
+  const auto it = fs::directory_iterator("/proc/self/fd", ec);
+  return static_cast<int>(std::distance(it, fs::directory_iterator())) - 1;  // the iterator's own
 }
 
 std::string ReadWholeFile(const std::string& path) {
@@ -246,32 +323,23 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes) {
   return static_cast<bool>(out);
 }
 
-// ---------------------------------------------------------------------------
-// ChildProcess
-
-ChildProcess::~ChildProcess() {
-  Stop();
-}
-
 bool ChildProcess::Spawn(const std::vector<std::string>& argv, const std::string& log_path) {
   std::vector<char*> args;
   for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
   args.push_back(nullptr);
   const pid_t parent = ::getpid();
-  pid_t pid = ::fork();
+  const pid_t pid = ::fork();
   if (pid < 0) return false;
   if (pid == 0) {
     // A test that crashes must not leave servers behind.
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     if (::getppid() != parent) ::_exit(127);
     ::setpgid(0, 0);
-    int log = ::open(log_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    int null = ::open("/dev/null", O_RDONLY);
-    if (null >= 0) ::dup2(null, 0);
-    if (log >= 0) {
-      ::dup2(log, 1);
-      ::dup2(log, 2);
-    }
+    const int log = ::open(log_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    const int null = ::open("/dev/null", O_RDONLY);
+    ::dup2(null, 0);
+    ::dup2(log, 1);
+    ::dup2(log, 2);
     ::execv(args[0], args.data());
     ::_exit(127);
   }
@@ -279,50 +347,54 @@ bool ChildProcess::Spawn(const std::vector<std::string>& argv, const std::string
   return true;
 }
 
+int ChildProcess::Wait() {
+  int status = -1;
+  if (pid_ > 0) ::waitpid(pid_, &status, 0);
+  pid_ = -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 bool ChildProcess::Running() {
-  if (pid_ <= 0) return false;
   int status = 0;
-  pid_t r = ::waitpid(pid_, &status, WNOHANG);
-  if (r == pid_) {
-    pid_ = -1;
-    return false;
-  }
-  return true;
+  if (pid_ > 0 && ::waitpid(pid_, &status, WNOHANG) == pid_) pid_ = -1;
+  return pid_ > 0;
 }
 
 void ChildProcess::Stop() {
-  if (pid_ <= 0) return;
-  // The server is its own process group leader: its session children go too.
-  ::kill(-pid_, SIGTERM);
-  ::kill(pid_, SIGTERM);
-  for (int i = 0; i < 100; ++i) {
-    int status = 0;
-    if (::waitpid(pid_, &status, WNOHANG) == pid_) {
-      ::kill(-pid_, SIGKILL);  // leftover session processes, if any
-      pid_ = -1;
-      return;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
-  ::kill(-pid_, SIGKILL);
-  ::kill(pid_, SIGKILL);
+  const pid_t pid = pid_;
+  if (pid <= 0) return;
+  // The group goes too: the daemons' session processes live in it.
+  ::kill(-pid, SIGTERM);
+  ::kill(pid, SIGTERM);  // in case it had not made its group yet
+  for (int i = 0; i < 100 && Running(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  ::kill(-pid, SIGKILL);
   int status = 0;
-  ::waitpid(pid_, &status, 0);
+  if (pid_ > 0) {
+    ::kill(pid, SIGKILL);
+    ::waitpid(pid, &status, 0);
+  }
   pid_ = -1;
 }
 
-// ---------------------------------------------------------------------------
-// FtpServer
+// Waits for a child that writes the port it listens on into `port_file`: 0 when it exited first or took
+// more than five seconds.
+static std::uint16_t WaitForPortFile(ChildProcess& child, const std::string& port_file) {
+  for (int i = 0; i < 200; ++i) {
+    const std::string text = ReadWholeFile(port_file);
+    if (!text.empty()) return static_cast<std::uint16_t>(std::atoi(text.c_str()));
+    if (!child.Running()) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  }
+  return 0;
+}
 
 std::unique_ptr<FtpServer> FtpServer::Start(FtpServerKind kind, std::string* why) {
   std::unique_ptr<FtpServer> server(new FtpServer());
   server->kind_ = kind;
   std::string reason;
-  if (!server->Launch(&reason)) {
-    if (why) *why = FtpServerName(kind) + ": " + reason + "\n" + server->LogText();
-    return nullptr;
-  }
-  return server;
+  if (server->Launch(&reason)) return server;
+  if (why) *why = FtpServerName(kind) + ": " + reason + "\n" + server->LogText();
+  return nullptr;
 }
 
 FtpServer::~FtpServer() {
@@ -337,219 +409,143 @@ std::string FtpServer::LogText() const {
 
 bool FtpServer::Launch(std::string* why) {
   work_ = MakeTempDir("tolva-ftpd-" + FtpServerName(kind_) + "-");
-  if (work_.empty()) {
-    *why = "cannot make a temporary directory";
+  const std::string root = Root();
+  if (work_.empty() || ::mkdir(root.c_str(), 0777) != 0) {
+    *why = "cannot make its directories";
     return false;
   }
   ::chmod(work_.c_str(), 0755);
-  root_ = work_ + "/root";
-  if (::mkdir(root_.c_str(), 0777) != 0) {
-    *why = "cannot make the root directory";
+  ::chmod(root.c_str(), 0777);
+  const bool as_root = ::geteuid() == 0;
+  const std::string dir = DaemonDir();
+  // The daemons run their sessions as another user (nobody, or daemon for vsftpd), who owns the root.
+  const uid_t session_uid = kind_ == FtpServerKind::kVsftpd ? 1 : as_root ? 65534 : ::geteuid();
+  const gid_t session_gid = kind_ == FtpServerKind::kVsftpd ? 1 : as_root ? 65534 : ::getegid();
+  if (kind_ != FtpServerKind::kPyftpdlib && ::chown(root.c_str(), session_uid, session_gid) != 0) {
+    *why = "cannot hand the root to the session user";
     return false;
   }
-  ::chmod(root_.c_str(), 0777);
+  const std::string uid_gid = std::to_string(session_uid) + ":" + std::to_string(session_gid);
   switch (kind_) {
-    case FtpServerKind::kPyftpdlib:
-      return LaunchPyftpdlib(why);
-    case FtpServerKind::kProftpd:
-      return LaunchProftpd(why);
-    case FtpServerKind::kVsftpd:
-      return LaunchVsftpd(why);
+    case FtpServerKind::kPyftpdlib: {
+      const std::string port_file = work_ + "/port";
+      if (process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root, User(), Password(), port_file},
+                         work_ + "/server.log"))
+        port_ = WaitForPortFile(process_, port_file);
+      if (port_ != 0 && Probe(port_)) return true;
+      *why = "did not start listening";
+      return false;
+    }
+    case FtpServerKind::kProftpd: {
+      // proftpd refuses world-readable user files.
+      const std::string passwd = work_ + "/passwd", group = work_ + "/group";
+      WriteWholeFile(passwd, User() + ":" + kPasswordHash + ":" + uid_gid + "::" + root + ":/bin/sh\n");
+      WriteWholeFile(group, "tolva:x:" + std::to_string(session_gid) + ":" + User() + "\n");
+      ::chmod(passwd.c_str(), 0600);
+      ::chmod(group.c_str(), 0600);
+      return SpawnOnFreePort(why, [&] {
+        std::ofstream(work_ + "/proftpd.conf", std::ios::trunc)
+            << "ServerName \"tolva test\"\nServerType standalone\nDefaultServer on\nPort " << port_ << "\n"
+            << "DefaultAddress 127.0.0.1\nSocketBindTight on\nUseIPv6 off\nUseReverseDNS off\nMaxInstances 64\n"
+            << (as_root ? "User nobody\nGroup nogroup\n" : "") << "AuthOrder mod_auth_file.c\n"
+            << "AuthUserFile " << passwd << "\nAuthGroupFile " << group << "\n"
+            << "RequireValidShell off\nRootLogin off\nDefaultRoot ~\nAllowOverwrite on\nAllowStoreRestart on\n"
+            << "Umask 022\nPidFile " << work_ << "/proftpd.pid\nScoreboardFile " << work_ << "/proftpd.scoreboard\n"
+            << "DelayTable none\nWtmpLog off\nTransferLog none\nSystemLog " << work_ << "/proftpd.syslog\n"
+            << "TimeoutIdle 600\nTimeoutNoTransfer 600\n<Limit SITE_CHMOD>\n  AllowAll\n</Limit>\n";
+        return std::vector<std::string>{kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"};
+      });
+    }
+    case FtpServerKind::kVsftpd: {
+      // vsftpd logs a virtual user in through PAM (pam_userdb reads the password from a Berkeley DB that
+      // perl's DB_File writes), then runs the session as "daemon": it changes into that account's home
+      // before the chroot, and daemon's (/usr/sbin) exists on every Debian system, unlike nobody's.
+      RemoveStaleVsftpdServices();
+      const std::string users = work_ + "/users";
+      if (!Succeeds("/usr/bin/perl -MDB_File -MFcntl -e 'tie my %h, \"DB_File\", $ARGV[0], O_RDWR|O_CREAT, 0600, "
+                    "$DB_HASH or die; $h{$ARGV[1]} = $ARGV[2]' '" +
+                    users + ".db' '" + User() + "' '" + Password() + "'")) {
+        *why = "perl DB_File could not write the password database";
+        return false;
+      }
+      // PAM looks services up by their lower-case name.
+      std::string service = "tolva-" + fs::path(work_).filename().string();
+      std::transform(service.begin(), service.end(), service.begin(), [](unsigned char c) { return std::tolower(c); });
+      pam_service_file_ = "/etc/pam.d/" + service;
+      if (!WriteWholeFile(pam_service_file_,
+                          "auth required pam_userdb.so db=" + users + "\naccount required pam_permit.so\n")) {
+        *why = "cannot write " + pam_service_file_;
+        return false;
+      }
+      ::mkdir((work_ + "/empty").c_str(), 0755);  // its unprivileged chroot
+      return SpawnOnFreePort(why, [&] {
+        // Containers often forbid the namespaces and filters vsftpd would set up for itself.
+        std::ofstream(work_ + "/vsftpd.conf", std::ios::trunc)
+            << "listen=YES\nlisten_ipv6=NO\nlisten_address=127.0.0.1\nlisten_port=" << port_ << "\n"
+            << "background=NO\nanonymous_enable=NO\nlocal_enable=YES\nwrite_enable=YES\nlocal_umask=022\n"
+            << "guest_enable=YES\nguest_username=daemon\nvirtual_use_local_privs=YES\n"
+            << "pam_service_name=" << service << "\nchroot_local_user=YES\nallow_writeable_chroot=YES\n"
+            << "local_root=" << root << "\nsecure_chroot_dir=" << work_ << "/empty\n"
+            << "seccomp_sandbox=NO\nisolate=NO\nisolate_network=NO\nxferlog_enable=NO\ntcp_wrappers=NO\n"
+            << "max_clients=64\nmax_per_ip=64\nidle_session_timeout=600\ndata_connection_timeout=600\n"
+            << "delay_failed_login=0\nforce_dot_files=YES\n";
+        return std::vector<std::string>{dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"};
+      });
+    }
     case FtpServerKind::kPureFtpd:
-      return LaunchPureFtpd(why);
+      // A virtual user in pure-ftpd's own database. The hash is written here: pure-pw's default argon2
+      // costs about four seconds a login on these machines.
+      if (!WriteWholeFile(work_ + "/passwd",
+                          User() + ":" + kPasswordHash + ":" + uid_gid + "::" + root + "/./::::::::::::\n") ||
+          !Succeeds(dir + "/usr/bin/pure-pw mkdb " + work_ + "/pure.pdb -f " + work_ + "/passwd")) {
+        *why = "pure-pw could not make the user database";
+        return false;
+      }
+      return SpawnOnFreePort(why, [&] {
+        return std::vector<std::string>{dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
+                                        "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
+                                        // listings stop at 2000 names unless told otherwise
+                                        "-L", "100000:8"};
+      });
   }
   return false;
 }
 
-bool FtpServer::LaunchPyftpdlib(std::string* why) {
-  const std::string port_file = work_ + "/port";
-  if (!process_.Spawn({kPython, "-c", kPyftpdlibLauncher, root_, user_, password_, port_file}, work_ + "/server.log")) {
-    *why = "fork failed";
-    return false;
-  }
-  for (int i = 0; i < 200 && port_ == 0; ++i) {
-    std::string text = ReadWholeFile(port_file);
-    if (!text.empty())
-      port_ = static_cast<std::uint16_t>(std::atoi(text.c_str()));
-    else if (!process_.Running())
-      break;
-    else
-      std::this_thread::sleep_for(std::chrono::milliseconds(25));
-  }
-  if (port_ == 0 || !WaitForGreeting(port_, 5000)) {
-    *why = "did not start listening";
-    return false;
-  }
-  return true;
-}
-
-bool FtpServer::LaunchProftpd(std::string* why) {
-  // As root, the sessions run as nobody and the user owns its root; as an
-  // ordinary user, everything runs as that user.
-  const bool root = ::geteuid() == 0;
-  const uid_t uid = root ? 65534 : ::geteuid();
-  const gid_t gid = root ? 65534 : ::getegid();
-  if (root && ::chown(root_.c_str(), uid, gid) != 0) {
-    *why = "cannot hand the root to nobody";
-    return false;
-  }
-  {
-    std::ofstream users(work_ + "/passwd");
-    users << user_ << ":" << kPasswordHash << ":" << uid << ":" << gid << "::" << root_ << ":/bin/sh\n";
-    std::ofstream groups(work_ + "/group");
-    groups << "tolva:x:" << gid << ":" << user_ << "\n";
-  }
-  // proftpd refuses world-readable user files.
-  ::chmod((work_ + "/passwd").c_str(), 0600);
-  ::chmod((work_ + "/group").c_str(), 0600);
-  return SpawnOnFreePort(why, [&] {
-    std::ofstream conf(work_ + "/proftpd.conf", std::ios::trunc);
-    conf << "ServerName \"tolva test\"\n"
-         << "ServerType standalone\n"
-         << "DefaultServer on\n"
-         << "Port " << port_ << "\n"
-         << "DefaultAddress 127.0.0.1\n"
-         << "SocketBindTight on\n"
-         << "UseIPv6 off\n"
-         << "UseReverseDNS off\n"
-         << "MaxInstances 64\n"
-         << (root ? "User nobody\nGroup nogroup\n" : "") << "AuthOrder mod_auth_file.c\n"
-         << "AuthUserFile " << work_ << "/passwd\n"
-         << "AuthGroupFile " << work_ << "/group\n"
-         << "RequireValidShell off\n"
-         << "RootLogin off\n"
-         << "DefaultRoot ~\n"
-         << "AllowOverwrite on\n"
-         << "AllowStoreRestart on\n"
-         << "Umask 022\n"
-         << "PidFile " << work_ << "/proftpd.pid\n"
-         << "ScoreboardFile " << work_ << "/proftpd.scoreboard\n"
-         << "DelayTable none\n"
-         << "WtmpLog off\n"
-         << "TransferLog none\n"
-         << "SystemLog " << work_ << "/proftpd.syslog\n"
-         << "TimeoutIdle 600\n"
-         << "TimeoutNoTransfer 600\n"
-         << "<Limit SITE_CHMOD>\n  AllowAll\n</Limit>\n";
-    return std::vector<std::string>{kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"};
-  });
-}
-
-// A test process that was killed leaves its vsftpd login service behind:
-// remove those whose password database has gone with their server.
-static void RemoveStaleVsftpdServices() {
-  std::error_code ec;
-  for (const auto& entry : std::filesystem::directory_iterator("/etc/pam.d", ec)) {
-    const std::string name = entry.path().filename().string();
-    if (name.rfind("tolva-tolva-ftpd-vsftpd-", 0) != 0) continue;
-    const std::string text = ReadWholeFile(entry.path().string());
-    const std::size_t at = text.find("db=");
-    if (at == std::string::npos) continue;
-    const std::string db = text.substr(at + 3, text.find_first_of(" \n", at) - at - 3);
-    if (::access((db + ".db").c_str(), F_OK) != 0) ::unlink(entry.path().c_str());
-  }
-}
-
-bool FtpServer::LaunchVsftpd(std::string* why) {
-  RemoveStaleVsftpdServices();
-  // vsftpd logs a virtual user in through PAM and then runs the session as
-  // a real account. The password lives in a Berkeley DB read by pam_userdb
-  // (written with perl's DB_File, linked against the same libdb), named by
-  // a PAM service of this server's own. The session account is "daemon":
-  // vsftpd changes into its home before the chroot, and daemon's home
-  // (/usr/sbin) exists on every Debian system, unlike nobody's.
-  const uid_t uid = 1;
-  const gid_t gid = 1;
-  if (::chown(root_.c_str(), uid, gid) != 0) {
-    *why = "cannot hand the root to daemon";
-    return false;
-  }
-  const std::string users = work_ + "/users";
-  const std::string make_db =
-      "/usr/bin/perl -MDB_File -MFcntl -e 'tie my %h, \"DB_File\", $ARGV[0], "
-      "O_RDWR|O_CREAT, 0600, $DB_HASH or die; $h{$ARGV[1]} = $ARGV[2]' '" +
-      users + ".db' '" + user_ + "' '" + password_ + "' >/dev/null 2>&1";
-  if (std::system(make_db.c_str()) != 0) {
-    *why = "perl DB_File could not write the password database";
-    return false;
-  }
-  // PAM looks services up by their lower-case name.
-  std::string service = "tolva-" + std::filesystem::path(work_).filename().string();
-  for (char& c : service) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  pam_service_file_ = "/etc/pam.d/" + service;
-  if (!WriteWholeFile(pam_service_file_,
-                      "auth required pam_userdb.so db=" + users + "\naccount required pam_permit.so\n")) {
-    *why = "cannot write " + pam_service_file_;
-    return false;
-  }
-  const std::string empty = work_ + "/empty";  // vsftpd's unprivileged chroot
-  ::mkdir(empty.c_str(), 0755);
-  const std::string dir = FtpDaemonDir();
-  return SpawnOnFreePort(why, [&] {
-    std::ofstream conf(work_ + "/vsftpd.conf", std::ios::trunc);
-    conf << "listen=YES\nlisten_ipv6=NO\nlisten_address=127.0.0.1\n"
-         << "listen_port=" << port_ << "\n"
-         << "background=NO\n"
-         << "anonymous_enable=NO\nlocal_enable=YES\nwrite_enable=YES\nlocal_umask=022\n"
-         << "guest_enable=YES\nguest_username=daemon\nvirtual_use_local_privs=YES\n"
-         << "pam_service_name=" << service << "\n"
-         << "chroot_local_user=YES\nallow_writeable_chroot=YES\n"
-         << "local_root=" << root_ << "\n"
-         << "secure_chroot_dir=" << empty
-         << "\n"
-         // Containers often forbid the namespaces and filters vsftpd would
-         // otherwise set up for itself.
-         << "seccomp_sandbox=NO\nisolate=NO\nisolate_network=NO\n"
-         << "xferlog_enable=NO\ntcp_wrappers=NO\n"
-         << "max_clients=64\nmax_per_ip=64\n"
-         << "idle_session_timeout=600\ndata_connection_timeout=600\n"
-         << "delay_failed_login=0\nforce_dot_files=YES\n";
-    return std::vector<std::string>{dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"};
-  });
-}
-
-bool FtpServer::LaunchPureFtpd(std::string* why) {
-  // Virtual user "tolva" in pure-ftpd's own database, running as nobody.
-  // The password file is written here with an MD5 crypt hash: pure-pw's
-  // default argon2 hash costs about four seconds a login on these machines.
-  if (::chown(root_.c_str(), 65534, 65534) != 0) {
-    *why = "cannot hand the root to nobody";
-    return false;
-  }
-  const std::string dir = FtpDaemonDir();
-  if (!WriteWholeFile(work_ + "/passwd",
-                      user_ + ":" + kPasswordHash + ":65534:65534::" + root_ + "/./::::::::::::\n")) {
-    *why = "cannot write the password file";
-    return false;
-  }
-  const std::string command =
-      dir + "/usr/bin/pure-pw mkdb " + work_ + "/pure.pdb -f " + work_ + "/passwd >/dev/null 2>&1";
-  if (std::system(command.c_str()) != 0) {
-    *why = "pure-pw could not make the user database";
-    return false;
-  }
-  return SpawnOnFreePort(why, [&] {
-    return std::vector<std::string>{dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
-                                    "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
-                                    // listings stop at 2000 names unless told otherwise
-                                    "-L", "100000:8"};
-  });
-}
-
 bool FtpServer::SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command) {
-  // A daemon told its port cannot report a port taken in the meantime other
-  // than by never greeting: then try another.
   for (int attempt = 0; attempt < 3; ++attempt) {
     port_ = PickFreePort();
-    if (!process_.Spawn(command(), work_ + "/server.log")) {
-      *why = "fork failed";
-      return false;
-    }
-    if (WaitForGreeting(port_, 5000)) return true;
+    if (!process_.Spawn(command(), work_ + "/server.log")) break;
+    // A port taken meanwhile greets with another server's voice while ours fails to bind and exits.
+    if (Probe(port_) && process_.Running()) return true;
     process_.Stop();
   }
   *why = "did not start listening";
   return false;
+}
+
+std::unique_ptr<MisbehavingFtpd> MisbehavingFtpd::Start(const std::string& scenario_json, std::string* why) {
+  std::unique_ptr<MisbehavingFtpd> server(new MisbehavingFtpd());
+  server->work_ = MakeTempDir("tolva-misftpd-");
+  const std::string port_file = server->work_ + "/port";
+  if (!server->work_.empty() && server->process_.Spawn({kPython, "-c", kMisbehavingServer, port_file,
+                                                        server->work_ + "/commands.log", scenario_json},
+                                                       server->work_ + "/server.log"))
+    server->port_ = WaitForPortFile(server->process_, port_file);
+  if (server->port_ != 0) return server;
+  if (why) *why = "did not start: " + ReadWholeFile(server->work_ + "/server.log");
+  return nullptr;
+}
+
+MisbehavingFtpd::~MisbehavingFtpd() {
+  process_.Stop();
+  RemoveTree(work_);
+}
+
+std::vector<std::string> MisbehavingFtpd::Verbs() const {
+  std::vector<std::string> verbs;
+  std::istringstream in(ReadWholeFile(work_ + "/commands.log"));
+  for (std::string line; std::getline(in, line);) verbs.push_back(line.substr(0, line.find(' ')));
+  return verbs;
 }
 
 }  // namespace tolva::testing

@@ -17,76 +17,60 @@ TEST(MaskMatcherTest, Table) {
     const char* name;
     bool match;
   };
-  const Row rows[] = {
-      {"", "anything", true},
-      {"*", "", true},
-      {"*.*", "no-dot", true},
-      {"*.txt", "a.txt", true},
-      {"*.txt", "a.txt.bak", false},
-      {"*.txt", "A.TXT", false},
-      {"?.txt", "a.txt", true},
-      {"?.txt", "ab.txt", false},
-      {"a*b*c", "aXXbYYc", true},
-      {"a*b*c", "aXXbYY", false},
-      {"a*", "a", true},
-      {"*a", "bbba", true},
-      {"**", "x", true},
-      {"a?c",
-       "a\xC3\xA9"
-       "c",
-       false},
-      {"a??c",
-       "a\xC3\xA9"
-       "c",
-       true},
-      {"exact", "exact", true},
-      {"exact", "exacT", false},
-      {"*x*", "", false},
-  };
+  // A byte is a character: no decoding, so "é" is two of them.
+  const Row rows[] = {{"", "anything", true},
+                      {"*", "", true},
+                      {"*.*", "no-dot", true},
+                      {"*.txt", "a.txt", true},
+                      {"*.txt", "a.txt.bak", false},
+                      {"*.txt", "A.TXT", false},
+                      {"?.txt", "a.txt", true},
+                      {"?.txt", "ab.txt", false},
+                      {"a*b*c", "aXXbYYc", true},
+                      {"a*b*c", "aXXbYY", false},
+                      {"a*", "a", true},
+                      {"*a", "bbba", true},
+                      {"**", "x", true},
+                      {"exact", "exact", true},
+                      {"exact", "exacT", false},
+                      {"*x*", "", false},
+                      {"a?c", "a\xC3\xA9\x63", false},
+                      {"a??c", "a\xC3\xA9\x63", true}};
   for (const auto& r : rows) EXPECT_EQ(r.match, MaskMatches(r.mask, r.name)) << r.mask << " vs " << r.name;
-}
-
-TEST(MaskMatcherTest, HostileMaskStaysFast) {
   // Exponential backtracking would never finish this.
-  const std::string name(20000, 'a');
-  EXPECT_FALSE(MaskMatches("*a*a*a*a*a*a*a*a*a*a*b", name));
+  EXPECT_FALSE(MaskMatches("*a*a*a*a*a*a*a*a*a*a*b", std::string(20000, 'a')));
 }
 
 TEST(HostPortTest, Table) {
   struct Row {
     const char* text;
     std::uint16_t port;
-    bool ok;
-    const char* host;
+    const char* host;  // nullptr: refused
     std::uint16_t expected_port;
   };
-  const Row rows[] = {
-      {"example.org", 0, true, "example.org", 21},
-      {"example.org", 2121, true, "example.org", 2121},
-      {"example.org:990", 0, true, "example.org", 990},
-      {"example.org:990", 2121, true, "example.org", 990},
-      {"example.org:0", 2121, true, "example.org", 2121},
-      {"example.org:0", 0, true, "example.org", 21},
-      {"  127.0.0.1:2100 ", 0, true, "127.0.0.1", 2100},
-      {"[::1]:2100", 0, true, "::1", 2100},
-      {"[::1]", 0, true, "::1", 21},
-      {"::1", 0, true, "::1", 21},
-      {"fe80::1:2", 7, true, "fe80::1:2", 7},
-      {"", 0, false, "", 0},
-      {":21", 0, false, "", 0},
-      {"host:", 0, false, "", 0},
-      {"host:65536", 0, false, "", 0},
-      {"host:12ab", 0, false, "", 0},
-      {"[::1", 0, false, "", 0},
-      {"[::1]x", 0, false, "", 0},
-      {"two words", 0, false, "", 0},
-  };
+  const Row rows[] = {{"example.org", 0, "example.org", 21},
+                      {"example.org", 2121, "example.org", 2121},
+                      {"example.org:990", 0, "example.org", 990},
+                      {"example.org:990", 2121, "example.org", 990},
+                      {"example.org:0", 2121, "example.org", 2121},
+                      {"example.org:0", 0, "example.org", 21},
+                      {"  127.0.0.1:2100 ", 0, "127.0.0.1", 2100},
+                      {"[::1]:2100", 0, "::1", 2100},
+                      {"[::1]", 0, "::1", 21},
+                      {"::1", 0, "::1", 21},
+                      {"fe80::1:2", 7, "fe80::1:2", 7},
+                      {"", 0, nullptr, 0},
+                      {":21", 0, nullptr, 0},
+                      {"host:", 0, nullptr, 0},
+                      {"host:65536", 0, nullptr, 0},
+                      {"host:12ab", 0, nullptr, 0},
+                      {"[::1", 0, nullptr, 0},
+                      {"[::1]x", 0, nullptr, 0},
+                      {"two words", 0, nullptr, 0}};
   for (const auto& r : rows) {
     const auto got = ParseHostPort(r.text, r.port);
-    ASSERT_EQ(r.ok, got.has_value()) << "[" << r.text << "]";
-    if (!r.ok) continue;
-    EXPECT_EQ(r.host, got->host) << r.text;
-    EXPECT_EQ(r.expected_port, got->port) << r.text;
+    const std::string expected = r.host ? r.host + (":" + std::to_string(r.expected_port)) : "refused";
+    EXPECT_EQ(expected, got ? got->host + ":" + std::to_string(got->port) : "refused") << "[" << r.text << "]";
   }
 }
 
