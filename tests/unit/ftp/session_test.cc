@@ -1,5 +1,4 @@
-// The session, its error texts, remote directories, and the one-call
-// members that make connections of their own.
+// The session, its error texts and remote directories.
 #include <string>
 #include <vector>
 
@@ -43,11 +42,6 @@ TEST_F(Session, OpenAndTheConnectionTestRefuse) {
   EXPECT_EQ(Answer(c->FTPSessionOpen("   ", "user", "", msg), msg),
             "0 Can't Open Session - Host has not been defined.");
   EXPECT_EQ(c->FTPShortError(), "Host has not been defined.");
-  // The connection test takes the host as given, blanks and all, and names itself apart.
-  EXPECT_EQ(Answer(c->FTPTest(" server1 ", "user", "secret", msg), msg),
-            "0 FTP Test Failure [ server1 ] - Session can't be connected.");
-  EXPECT_EQ(c->FTPTest("server1", "user", "secret", msg), kTrue);
-  EXPECT_EQ(net->OpenHandleCount(), 0);
 }
 
 TEST_F(Session, OpenTrimsAndKeepsHandlesWithTheTopBitSet) {
@@ -59,15 +53,6 @@ TEST_F(Session, OpenTrimsAndKeepsHandlesWithTheTopBitSet) {
   c->FTPSessionClose();
   EXPECT_EQ(net->OpenHandleCount() + c->FTPSession(), 0);
   EXPECT_TRUE(Events().empty());
-}
-
-TEST_F(Session, ConnectedStateAndTimeoutsReachTheLibraryWhenThereIsOne) {
-  Long flags = 0;
-  EXPECT_EQ(c->IsConnected(flags), "Connected");
-  EXPECT_EQ(flags, static_cast<Long>(platform::kConnectionLan));
-  c->FTPConnectTimeout(1500);
-  c->FTPReadTimeout(-5);  // a negative time-out is not passed on as a huge one
-  EXPECT_EQ(net->log.back(), "Timeouts 1500 0");
 }
 
 TEST_F(Session, CloseReportsHandlesItCannotCloseAndKeepsTheCredentials) {
@@ -90,9 +75,6 @@ TEST_F(Session, TestNamesTheFirstReasonTheSessionIsNotUsable) {
   OpenSession();
   msg = "keep";
   EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "-1 keep");
-  net->connected = false;
-  EXPECT_EQ(Answer(c->FTPSessionTest(msg), msg), "0 Not connected to the Internet.");
-  net->connected = true;
   // While a search runs, its handle makes the session busy.
   net->Add("/a.txt", "a");
   std::string during;
@@ -149,20 +131,10 @@ TEST_F(Session, ErrorTexts) {
 TEST_F(Session, DirectoryMembers) {
   std::string msg;
   EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("   ", msg), msg), "0 Directory has not been defined.");
-  EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("new", msg), msg),
-            "0 Can't Create Directory [new] - Session is not opened.");
-  EXPECT_EQ(c->FTPShortError(), "Session is not opened.");
-  // Without a connection the others send nothing and leave no text.
-  EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("/x") + c->FTPSessionDirectoryExists(""), 0);
-  EXPECT_EQ(c->FTPLastError(), "");
-  EXPECT_TRUE(net->log.empty());
-
   net->Add("/pub/sub");
   OpenSession();
-  EXPECT_EQ(c->FTPSessionDirectoryCurrent(), "/");
   msg = "keep";
   EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate(" new ", msg), msg), "-1 keep");
-  EXPECT_TRUE(net->nodes.at("/new").directory);
   EXPECT_EQ(Answer(c->FTPSessionDirectoryCreate("new", msg), msg),
             "0 Can't Create Directory [new] - Error - FTPSessionDirectoryCreate/550 new: Can't create directory.");
   // Set sends a trailing slash; delete sends none, looking for it before trimming.
@@ -175,39 +147,6 @@ TEST_F(Session, DirectoryMembers) {
   EXPECT_EQ(c->FTPLastError(), "FTPSessionDirectoryDelete/550 missing: No such file or directory.");
   EXPECT_EQ(c->FTPSessionDirectoryCurrentSet("missing"), kFalse);
   EXPECT_EQ(net->Calls("Cwd") + net->Calls("Rmd"), "Cwd pub/;Cwd missing/;Rmd sub;Rmd sub/;Rmd missing;");
-}
-
-TEST_F(Session, OneCallTransfers) {
-  files->AddFile("/l.txt", "up");
-  using T = Tolva2011Register;
-  // One call on a fresh library: its answer, the handles it left open and the transfer it asked for.
-  auto call = [&](Boolean (T::*member)(const std::string&, const std::string&, const std::string&, const std::string&,
-                                       const std::string&, std::string&) noexcept,
-                  const std::string& password, const std::string& a, const std::string& b) {
-    Fresh();
-    net->Add("/a.txt", "one");
-    std::string msg = "keep";
-    const Boolean result = ((*c).*member)("server1", "user", password, a, b, msg);
-    return Answer(result, msg) + " (" + std::to_string(net->OpenHandleCount()) + ")" + net->Calls("GetFile") +
-           net->Calls("PutFile");
-  };
-  struct Row {
-    std::string label, answer, expected;
-  };
-  for (const Row& r : std::vector<Row>{
-           {"bad login comes first", call(&T::FTPGetBinaryFile, "bad", "", ""),
-            "0 Can't Open Session [server1] - Session can't be connected. (0)"},
-           // On the two empty-name paths the handles stay open.
-           {"get: no remote", call(&T::FTPGetBinaryFile, "secret", " ", "/x"),
-            "0 Can't Get File - Remote File has not been defined. (2)"},
-           {"get: missing", call(&T::FTPGetBinaryFile, "secret", "no", "/x"),
-            "0 Can't Get File [no] - FTP Get Error - 550 no: No such file or directory. (0)GetFile no /x 80000002;"},
-           {"put: refused", call(&T::FTPPutBinaryFile, "secret", "/l.txt", "no/r"),
-            "0 Can't Put File [/l.txt] - FTP Put Error - 553 Could not create file. (0)PutFile no/r /l.txt 2;"},
-           {"ascii get", call(&T::FTPGetAsciiFile, "secret", "a.txt", "/g1"), "-1 keep (0)GetFile a.txt /g1 80000001;"},
-           {"binary put", call(&T::FTPPutBinaryFile, "secret", "/l.txt", "p2"), "-1 keep (0)PutFile p2 /l.txt 2;"}})
-    EXPECT_EQ(r.answer, r.expected) << r.label;
-  EXPECT_EQ(files->Contents("/g1") + net->nodes["/p2"].data, "oneup");
 }
 
 }  // namespace
