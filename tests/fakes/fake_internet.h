@@ -58,10 +58,6 @@ class FakeInternet : public platform::InternetLibrary {
       if (line.rfind(verb + " ", 0) == 0) out += line + ";";
     return out;
   }
-  int Count(Text verb) const {
-    const std::string calls = Calls(verb);
-    return static_cast<int>(std::count(calls.begin(), calls.end(), ';'));
-  }
   int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
 
   std::map<std::string, RemoteNode> nodes{{"/", {true, ""}}};  // keyed by absolute path
