@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstring>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -34,8 +33,7 @@ class FakeInternet : public platform::InternetLibrary {
     std::string data;
     platform::FindTime time{true, 2011, 1, 2, 3, 4, 5};
   };
-  // The code that makes a failing call throw, as a library whose entry point is missing would.
-  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;
+  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;  // the failing call throws, like a missing entry point
 
   explicit FakeInternet(std::shared_ptr<platform::FileSystem> local) : local_(std::move(local)) {}
 
@@ -46,8 +44,7 @@ class FakeInternet : public platform::InternetLibrary {
       nodes[path.substr(0, slash)].directory = true;
     nodes[path] = RemoteNode{!data, data.value_or(""), time};
   }
-  // Makes the next call logged as `verb` fail with `code` (and, for 12003, the
-  // server's `response`), after `skip` calls that succeed.
+  // Fails the call logged as `verb` after `skip` successes, with `code` and, for 12003, `response`.
   void Fail(Text verb, std::uint32_t code, Text response = "", int skip = 0) {
     failures_[verb].push_back({skip, code, response});
   }
@@ -64,7 +61,6 @@ class FakeInternet : public platform::InternetLibrary {
   // Replaces every listing with these entries (names as a hostile server sends them).
   std::optional<std::vector<platform::FindData>> listing;
   std::vector<std::string> log;
-
   std::string password = "secret";  // of the only user, "user", on the only host, "server1"
   bool connected = true;
   std::uint32_t next_handle = 0x100;  // set the top bit to check handles survive signed Longs
