@@ -35,8 +35,6 @@ TEST_F(Transfers, Refusals) {
   ExpectRefusals({
       {"get: no local, its stop kept out of the short text", [&](M& m) { return c->FTPSessionGet(" a ", " ", 0, m); },
        "Can't Get File [a] - {Local File has not been defined}."},
-      {"get: no session", [&](M& m) { return c->FTPSessionGet("a", "/x", kFalse, m); },
-       "Can't Get File [a] - {Session is not opened.}"},
   });
   OpenSession();
   ExpectRefusals({
@@ -78,6 +76,20 @@ TEST_F(Transfers, OnlyExactTrueMeansTextAndOnlyGetsAskForAReload) {
             "GetFile big /got 80000001;GetFile big /got 80000002;PutFile up /l 1;PutFile up /l 2;"
             "OpenFile big 80000000 80000001;OpenFile up 40000000 1;"
             "OpenFile big 80000000 80000002;OpenFile up 40000000 2;");
+}
+
+TEST_F(Transfers, AutoFetchesBinaryFirstAndTextAgain) {
+  net->Add("/text.txt", "line\r\n");
+  net->Add("/bin.dat", std::string("\x01\x00\xff", 3));
+  OpenSession();
+  std::string msg;
+  ASSERT_EQ(c->FTPSessionGetAuto("bin.dat", "/bin.dat", msg), kTrue) << msg;
+  EXPECT_EQ(c->FTPSessionGetAutoAscii(), "False");
+  ASSERT_EQ(c->FTPSessionGetAuto("text.txt", "/text.txt", msg), kTrue) << msg;
+  EXPECT_EQ(c->FTPSessionGetAutoAscii(), "True");
+  EXPECT_EQ(net->Calls("GetFile"),
+            "GetFile bin.dat /bin.dat 80000002;GetFile text.txt /text.txt 80000002;"
+            "GetFile text.txt /text.txt 80000001;");
 }
 
 TEST_F(Transfers, MaskDownloadsEachSafeFileAndReportsIt) {
