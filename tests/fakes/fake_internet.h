@@ -48,7 +48,6 @@ class FakeInternet : public platform::InternetLibrary {
   void Fail(Text verb, std::uint32_t code, Text response = "", int skip = 0) {
     failures_[verb].push_back({skip, code, response});
   }
-  // The logged calls of `verb`, each closed by ";".
   std::string Calls(Text verb) const {
     std::string out;
     for (Text line : log)

@@ -59,7 +59,6 @@ class FtpTest : public ::testing::Test {
     clock->SetNow({2026, 6, 15, 12, 0, 0});
     Fresh();
   }
-  // A new component over a new FTP library and the given local files.
   void Fresh(std::shared_ptr<platform::FileSystem> local = nullptr) {
     platform::Services services;
     services.files = local ? local : files;
