@@ -33,8 +33,7 @@ class FakeWindowServices : public platform::WindowServices {
     boxes.push_back({text, caption, flags});
     return answer;
   }
-  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec& font) override {
-    fonts.push_back(font);
+  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec&) override {
     return std::make_unique<Measurer>(*this);
   }
 
@@ -44,14 +43,11 @@ class FakeWindowServices : public platform::WindowServices {
   int answer = 1;                   // the button every message box returns
   std::vector<Box> boxes;           // every message box shown
   double pixels_per_character = 7;  // width of every character in the measurer
-  long long strings_measured = 0;
-  std::vector<FontSpec> fonts;  // the font of every measurer made
 
  private:
   struct Measurer : platform::TextMeasurer {
     explicit Measurer(FakeWindowServices& owner) : owner(owner) {}
     double TextWidthTwips(const std::string& text) override {
-      ++owner.strings_measured;
       return static_cast<double>(text.size()) * owner.pixels_per_character * owner.twips_per_pixel;
     }
     FakeWindowServices& owner;
