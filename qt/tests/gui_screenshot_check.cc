@@ -1,8 +1,6 @@
-// Checks a tolva-gui screenshot against its column report: at every pixel
-// column where a tab stop puts a column's start (stop x average character
-// / 4 from the text's left edge) the separator line runs down the rows
-// unbroken, so no text crosses it.
-//   gui_screenshot_check SHOT.png REPORT.txt
+// gui_screenshot_check SHOT.png REPORT.txt: where each tab stop puts a
+// column's start (stop x average character / 4 from the text's left edge)
+// the separator line runs down the rows unbroken, so no text crosses it.
 #include <QFile>
 #include <QImage>
 #include <QStringList>

@@ -1,6 +1,5 @@
 // An in-memory window service: a screen of chosen resolution, scripted
-// system metrics, recorded message boxes and a text measurer whose widths
-// are a fixed number of pixels per character.
+// metrics, recorded message boxes and fixed-width characters.
 #ifndef TOLVA_TESTS_FAKES_FAKE_WINDOW_SERVICES_H_
 #define TOLVA_TESTS_FAKES_FAKE_WINDOW_SERVICES_H_
 
