@@ -1,6 +1,5 @@
 // An in-memory window service: a screen of chosen resolution, scripted
-// system metrics, recorded message boxes and a text measurer whose widths
-// are a fixed number of pixels per character.
+// metrics, recorded message boxes and fixed-width characters.
 #ifndef TOLVA_TESTS_FAKES_FAKE_WINDOW_SERVICES_H_
 #define TOLVA_TESTS_FAKES_FAKE_WINDOW_SERVICES_H_
 
@@ -33,8 +32,7 @@ class FakeWindowServices : public platform::WindowServices {
     boxes.push_back({text, caption, flags});
     return answer;
   }
-  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec& font) override {
-    fonts.push_back(font);
+  std::unique_ptr<platform::TextMeasurer> NewTextMeasurer(const FontSpec&) override {
     return std::make_unique<Measurer>(*this);
   }
 
@@ -44,14 +42,11 @@ class FakeWindowServices : public platform::WindowServices {
   int answer = 1;                   // the button every message box returns
   std::vector<Box> boxes;           // every message box shown
   double pixels_per_character = 7;  // width of every character in the measurer
-  long long strings_measured = 0;
-  std::vector<FontSpec> fonts;  // the font of every measurer made
 
  private:
   struct Measurer : platform::TextMeasurer {
     explicit Measurer(FakeWindowServices& owner) : owner(owner) {}
     double TextWidthTwips(const std::string& text) override {
-      ++owner.strings_measured;
       return static_cast<double>(text.size()) * owner.pixels_per_character * owner.twips_per_pixel;
     }
     FakeWindowServices& owner;
