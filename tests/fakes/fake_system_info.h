@@ -1,7 +1,5 @@
-// An in-memory system: a tick counter and a clock that move only when a wait
-// (or the test) moves them, so a member that waits runs in no time and its
-// waits can be counted; a test can start the counter just below 2^32 to make
-// it wrap. Names, the message table and the environment are scripted.
+// An in-memory system whose tick counter and clock move only when a wait (or
+// the test) moves them, so a member that waits runs in no time.
 #ifndef TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 #define TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 
@@ -40,7 +38,6 @@ class FakeSystemInfo : public platform::SystemInfo {
     return environment.count(name) && Answer(environment[name], value);
   }
 
-  // Sets the clock; the tick counter is left alone.
   void SetNow(const platform::DateTime& d) {
     std::tm c{};
     c.tm_year = d.year - 1900, c.tm_mon = d.month - 1, c.tm_mday = d.day;
