@@ -1,7 +1,4 @@
-// Support for tests on real settings databases: a temporary directory, the
-// real store counting what it was asked to do, a child process that can run
-// as an ordinary user (root ignores file permissions), and SQLite's own check
-// of a database file.
+// Support for tests on real settings databases.
 #ifndef TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 #define TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 
@@ -80,9 +77,8 @@ inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db,
   return c;
 }
 
-// Runs `body` in a child process and returns what it returned. When this
-// process is root and `as_ordinary_user` is set, the child first becomes
-// user and group 65534 (nobody), so that permissions apply to it.
+// Runs `body` in a child process and returns what it returned; a root child
+// first becomes nobody (65534) when asked, as root ignores file permissions.
 inline std::string InChild(const std::function<std::string()>& body, bool as_ordinary_user = false) {
   int fds[2];
   if (::pipe(fds) != 0) return "<no pipe>";
@@ -102,7 +98,6 @@ inline std::string InChild(const std::function<std::string()>& body, bool as_ord
   return out;
 }
 
-// The result of PRAGMA integrity_check on a database file.
 inline std::string IntegrityCheck(const std::string& path) {
   sqlite3* db = nullptr;
   sqlite3_stmt* st = nullptr;

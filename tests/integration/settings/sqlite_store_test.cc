@@ -70,17 +70,5 @@ TEST_F(SqliteStore, SubKeysAndValuesEnumerateInCaseInsensitiveOrder) {
   EXPECT_EQ(store->SetValue(key, "x", kRegSz, "x"), kSettingsAccessDenied);
 }
 
-TEST_F(SqliteStore, RootsAndKeyNamesOutsideTheStoreAreRefused) {
-  EXPECT_EQ(store->CreateKey(kHkeyCurrentUser, std::string(256, 'k'), key), kSettingsInvalidParameter);
-  EXPECT_EQ(store->CreateKey(kHkeyCurrentUser, std::string(255, 'k'), key), 0);
-  EXPECT_EQ(store->CreateKey(0x80000009, "x", key), kSettingsInvalidHandle);
-  // The classes root is the machine root's SOFTWARE\Classes.
-  ASSERT_EQ(store->CreateKey(kHkeyClassesRoot, ".txt", key), 0);
-  ASSERT_EQ(store->SetValue(key, "", kRegSz, "txtfile"), 0);
-  ASSERT_EQ(store->OpenKey(kHkeyLocalMachine, "SOFTWARE\\Classes\\.TXT", kKeyQueryValue, key), 0);
-  EXPECT_EQ(store->QueryValue(key, "", type, data), 0);
-  EXPECT_EQ(data, "txtfile");
-}
-
 }  // namespace
 }  // namespace tolva::testing_settings
