@@ -207,7 +207,6 @@ TEST_F(Members, QueryValueReadsEachTypeItsOwnWay) {
   Machine("SOFTWARE\\T", "num", platform::kRegDword, "\xfe\xff\xff\xff"s);
   Machine("SOFTWARE\\T", "short", platform::kRegDword, "ab");
   Machine("SOFTWARE\\T", "bin", 3, "raw");
-  store->SetString("Software\\U", "u", "user");
   auto text = [](const std::string& t) { return Variant::FromString(t); };
   const std::pair<const char*, Variant> rows[] = {{"", text("plain")},  // up to its first NUL
                                                   {"EXP", text("/home/ann\\x %NOPE% 100%")},
@@ -218,7 +217,6 @@ TEST_F(Members, QueryValueReadsEachTypeItsOwnWay) {
                                                   {"none", text("")}};
   for (const auto& [name, expected] : rows) EXPECT_EQ(c.QueryValue(kMachine, "software\\t", name), expected) << name;
   EXPECT_EQ(c.QueryValue(kMachine, "SOFTWARE\\None", ""), text(""));
-  EXPECT_EQ(c.QueryValue(static_cast<Long>(platform::kHkeyCurrentUser), "Software\\U", "u"), text("user"));
   EXPECT_EQ(c.QueryValue(0x12345, "SOFTWARE\\T", ""), text(""));
   EXPECT_EQ(store->open_keys, 0);
 }
@@ -250,9 +248,6 @@ TEST_F(Members, QueryProgramForExtension) {
   s.settings = nullptr;
   Tolva2011Register no_store(s);
   EXPECT_EQ(ask(no_store, "txt"), "-1 Editor | editor --new %1");
-  s.files = std::make_shared<fakes::FakeFileSystem>();
-  Tolva2011Register profile_only(s);
-  EXPECT_EQ(ask(profile_only, "TXT"), "-1 notepad.exe | C:\\bin\\notepad.exe %1");
 }
 
 // The first use sizes a sizable form by the ratio and centres it (halves to

@@ -68,10 +68,9 @@ class CountingStore : public platform::posix::SqliteSettingsStore {
 };
 
 // A component whose application `app` keeps its settings in `user_db`.
-inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app,
-                                                     const std::string& machine_db = "") {
+inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app) {
   platform::Services s;
-  s.settings = platform::NewSettingsDatabase(user_db, machine_db);
+  s.settings = platform::NewSettingsDatabase(user_db, "");
   auto c = std::make_unique<Tolva2011Register>(s);
   c->RegistryApp(app);
   return c;
