@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <set>
 #include <string>
@@ -86,9 +87,10 @@ TEST(SettingsReliability, AWriterKilledMidLoopLosesNothingAcknowledged) {
 // the defaults, no crash, and the file left as it was.
 TEST(SettingsReliability, UnusableDatabaseFilesGiveTheDefaults) {
   TempDir dir;
-  ::chmod(dir.path().c_str(), 0777);
+  ::chmod(dir.path.c_str(), 0777);
   OnDatabase(dir / "good.db", "App")->RegistrySaveSetting("S", "K", "stored");
-  const std::string good = ReadFile(dir / "good.db");  // checkpointed when the last connection closed
+  const std::string good =
+      tolva::testing::ReadWholeFile(dir / "good.db");  // checkpointed when the last connection closed
   std::string corrupt = good;
   for (std::size_t i = 0; i < corrupt.size(); i += 7) corrupt[i] = static_cast<char>(corrupt[i] ^ 0x5a);
   struct Row {
@@ -116,7 +118,7 @@ TEST(SettingsReliability, UnusableDatabaseFilesGiveTheDefaults) {
         /*as_ordinary_user=*/true);
     EXPECT_EQ(seen, r.seen) << r.file;
   }
-  EXPECT_EQ(ReadFile(dir / "corrupt.db"), corrupt);
+  EXPECT_EQ(tolva::testing::ReadWholeFile(dir / "corrupt.db"), corrupt);
   EXPECT_FALSE(std::filesystem::exists(dir / "missing")) << "a named path's directory is not made";
 }
 

@@ -6,41 +6,22 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 
 #include "platform/linux/settings_store_sqlite.h"
+#include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva::testing_settings {
 
-class TempDir {
- public:
-  TempDir() {
-    const char* base = std::getenv("TMPDIR");
-    std::string templ = std::string(base && *base ? base : "/tmp") + "/tolva-settings-XXXXXX";
-    if (::mkdtemp(templ.data())) path_ = templ;
-  }
-  ~TempDir() { std::filesystem::remove_all(path_); }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-
-  const std::string& path() const { return path_; }
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
+// A fresh directory under the test's own TMPDIR, removed with everything in it.
+struct TempDir {
+  std::string path = tolva::testing::MakeTempDir("tolva-settings-");
+  ~TempDir() { tolva::testing::RemoveTree(path); }
+  std::string operator/(const std::string& name) const { return path + "/" + name; }
 };
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // The real store, counting the keys left open and the calls that write.
 class CountingStore : public platform::posix::SqliteSettingsStore {
