@@ -41,8 +41,7 @@ TEST_F(SqliteStore, ReadsAndDeletesDoNotCreateTheDatabaseAndTheFirstWriteMakesIt
   EXPECT_EQ(store->DeleteKey("A"), kSettingsNotFound);
 }
 
-// Sub-keys keep their first spelling and list in case-insensitive order;
-// a change shows at once, also in the middle of an enumeration.
+// Sub-keys keep their first spelling and list in case-insensitive order.
 TEST_F(SqliteStore, SubKeysAndValuesEnumerateInCaseInsensitiveOrder) {
   for (const char* s : {"delta", "Bravo", "alpha", "_under", "Z9", "a b", "alpha\\deeper", "ALPHA"})
     store->SetString("P\\"s + s, "k", "v");
@@ -51,9 +50,6 @@ TEST_F(SqliteStore, SubKeysAndValuesEnumerateInCaseInsensitiveOrder) {
   for (std::uint32_t i = 5; store->EnumKey(key, i, name) == 0; i = i ? i - 1 : 99) names += name + "|";
   EXPECT_EQ(names, "Z9|delta|Bravo|alpha|a b|_under|");
   EXPECT_EQ(store->EnumValue(key, 0, name, type, data), kSettingsAccessDenied);
-  store->DeleteKey("P\\_under");
-  ASSERT_EQ(store->EnumKey(key, 0, name), 0);
-  EXPECT_EQ(name, "a b");
   store->CloseKey(key);
   EXPECT_EQ(store->EnumKey(key, 0, name), kSettingsInvalidHandle);
 
