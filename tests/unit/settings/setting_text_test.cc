@@ -1,10 +1,9 @@
-// The text forms of typed settings: what is written, and how a stored text
-// (perhaps edited by hand) reads back; and the command of a desktop entry.
+// The text forms of typed settings: how a stored text (perhaps edited by
+// hand) reads back as a number or a boolean.
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "settings/desktop_associations.h"
 #include "settings/setting_text.h"
 
 namespace tolva::settings {
@@ -25,16 +24,6 @@ TEST(SettingText, RoundToLongHalvesToEvenAndClamps) {
   for (auto [value, expected] : rows) EXPECT_EQ(RoundToLong(value), expected) << value;
 }
 
-TEST(SettingText, NumbersAreWrittenAsInvariantTextThatReadsBack) {
-  const std::pair<double, const char*> rows[] = {{3, "3"},        {2.5, "2.5"}, {-0.125, "-0.125"},
-                                                 {1e20, "1E+20"}, {0.1, "0.1"}, {1.5e-7, "1.5E-07"}};
-  for (auto [value, text] : rows) {
-    EXPECT_EQ(DoubleText(value), text);
-    EXPECT_DOUBLE_EQ(LeadingNumber(DoubleText(value)), value);
-  }
-  EXPECT_EQ(LongText(-2147483647 - 1), "-2147483648");
-}
-
 TEST(SettingText, BooleanTextsMatchTheTableInAnyCase) {
   const std::pair<const char*, std::optional<Boolean>> rows[] = {
       {"True", kTrue}, {"YES", kTrue},      {"no", kFalse},         {"-1", kTrue},
@@ -42,12 +31,6 @@ TEST(SettingText, BooleanTextsMatchTheTableInAnyCase) {
   for (auto [text, expected] : rows) EXPECT_EQ(BooleanFromText(text), expected) << "[" << text << "]";
   EXPECT_STREQ(BooleanSaveText(kTrue), "True");
   EXPECT_STREQ(BooleanDefaultText(kFalse), "false");
-}
-
-TEST(DesktopExec, FieldCodesBecomeTheFilePlaceholderOrVanish) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"gedit %f", "gedit %1"}, {"app %u %i %c", "app %1"}, {"printf 100%% %f", "printf 100% %1"}, {"odd %", "odd %"}};
-  for (auto [exec, command] : rows) EXPECT_EQ(DesktopAssociations::CommandFromExec(exec), command) << exec;
 }
 
 }  // namespace
