@@ -1,5 +1,6 @@
 // An in-memory system whose tick counter and clock move only when a wait (or
-// the test) moves them, so a member that waits runs in no time.
+// the test) moves them, so a member that waits runs in no time; it has no
+// message texts.
 #ifndef TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 #define TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 
@@ -33,7 +34,7 @@ class FakeSystemInfo : public platform::SystemInfo {
   }
   bool ComputerName(std::string& name) override { return Answer(computer_name, name); }
   bool UserName(std::string& name) override { return Answer(user_name, name); }
-  std::string MessageText(std::int32_t number) override { return messages[number]; }
+  std::string MessageText(std::int32_t) override { return ""; }
   bool Environment(const std::string& name, std::string& value) override {
     return environment.count(name) && Answer(environment[name], value);
   }
@@ -55,7 +56,6 @@ class FakeSystemInfo : public platform::SystemInfo {
   std::vector<std::uint32_t> waits;                                    // every WaitForInput timeout
   std::optional<std::string> computer_name = std::string("FAKEHOST");  // nullopt: the call fails
   std::optional<std::string> user_name = std::string("fakeuser");
-  std::map<std::int32_t, std::string> messages;
   std::map<std::string, std::string> environment;
 
  private:
