@@ -1,7 +1,6 @@
-// An in-memory system: a tick counter and a clock that move only when a wait
-// (or the test) moves them, so a member that waits runs in no time and its
-// waits can be counted; a test can start the counter just below 2^32 to make
-// it wrap. Names, the message table and the environment are scripted.
+// An in-memory system whose tick counter and clock move only when a wait (or
+// the test) moves them, so a member that waits runs in no time; it has no
+// message texts.
 #ifndef TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 #define TOLVA_TESTS_FAKES_FAKE_SYSTEM_INFO_H_
 
@@ -35,12 +34,11 @@ class FakeSystemInfo : public platform::SystemInfo {
   }
   bool ComputerName(std::string& name) override { return Answer(computer_name, name); }
   bool UserName(std::string& name) override { return Answer(user_name, name); }
-  std::string MessageText(std::int32_t number) override { return messages[number]; }
+  std::string MessageText(std::int32_t) override { return ""; }
   bool Environment(const std::string& name, std::string& value) override {
     return environment.count(name) && Answer(environment[name], value);
   }
 
-  // Sets the clock; the tick counter is left alone.
   void SetNow(const platform::DateTime& d) {
     std::tm c{};
     c.tm_year = d.year - 1900, c.tm_mon = d.month - 1, c.tm_mday = d.day;
@@ -58,7 +56,6 @@ class FakeSystemInfo : public platform::SystemInfo {
   std::vector<std::uint32_t> waits;                                    // every WaitForInput timeout
   std::optional<std::string> computer_name = std::string("FAKEHOST");  // nullopt: the call fails
   std::optional<std::string> user_name = std::string("fakeuser");
-  std::map<std::int32_t, std::string> messages;
   std::map<std::string, std::string> environment;
 
  private:

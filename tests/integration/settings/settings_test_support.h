@@ -1,7 +1,4 @@
-// Support for tests on real settings databases: a temporary directory, the
-// real store counting what it was asked to do, a child process that can run
-// as an ordinary user (root ignores file permissions), and SQLite's own check
-// of a database file.
+// Support for tests on real settings databases.
 #ifndef TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 #define TOLVA_TESTS_INTEGRATION_SETTINGS_SETTINGS_TEST_SUPPORT_H_
 
@@ -9,41 +6,22 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <string>
 
 #include "platform/linux/settings_store_sqlite.h"
+#include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva::testing_settings {
 
-class TempDir {
- public:
-  TempDir() {
-    const char* base = std::getenv("TMPDIR");
-    std::string templ = std::string(base && *base ? base : "/tmp") + "/tolva-settings-XXXXXX";
-    if (::mkdtemp(templ.data())) path_ = templ;
-  }
-  ~TempDir() { std::filesystem::remove_all(path_); }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-
-  const std::string& path() const { return path_; }
-  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
-
- private:
-  std::string path_;
+// A fresh directory under the test's own TMPDIR, removed with everything in it.
+struct TempDir {
+  std::string path = tolva::testing::MakeTempDir("tolva-settings-");
+  ~TempDir() { tolva::testing::RemoveTree(path); }
+  std::string operator/(const std::string& name) const { return path + "/" + name; }
 };
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 // The real store, counting the keys left open and the calls that write.
 class CountingStore : public platform::posix::SqliteSettingsStore {
@@ -71,18 +49,16 @@ class CountingStore : public platform::posix::SqliteSettingsStore {
 };
 
 // A component whose application `app` keeps its settings in `user_db`.
-inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app,
-                                                     const std::string& machine_db = "") {
+inline std::unique_ptr<Tolva2011Register> OnDatabase(const std::string& user_db, const std::string& app) {
   platform::Services s;
-  s.settings = platform::NewSettingsDatabase(user_db, machine_db);
+  s.settings = platform::NewSettingsDatabase(user_db, "");
   auto c = std::make_unique<Tolva2011Register>(s);
   c->RegistryApp(app);
   return c;
 }
 
-// Runs `body` in a child process and returns what it returned. When this
-// process is root and `as_ordinary_user` is set, the child first becomes
-// user and group 65534 (nobody), so that permissions apply to it.
+// Runs `body` in a child process and returns what it returned; a root child
+// first becomes nobody (65534) when asked, as root ignores file permissions.
 inline std::string InChild(const std::function<std::string()>& body, bool as_ordinary_user = false) {
   int fds[2];
   if (::pipe(fds) != 0) return "<no pipe>";
@@ -102,7 +78,6 @@ inline std::string InChild(const std::function<std::string()>& body, bool as_ord
   return out;
 }
 
-// The result of PRAGMA integrity_check on a database file.
 inline std::string IntegrityCheck(const std::string& path) {
   sqlite3* db = nullptr;
   sqlite3_stmt* st = nullptr;

@@ -1,14 +1,10 @@
-// The system, process and console services of this platform, on their own
-// and through the members.
+// The message table, process and console services of this platform, through
+// the members.
 #include <gtest/gtest.h>
-#include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -16,10 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/console_window_services.h"
 #include "platform/linux/file_system_errors.h"
 #include "platform/linux/message_table.h"
-#include "platform/linux/process_launcher.h"
 #include "tolva/platform/internet.h"
 #include "tolva/platform/settings_store.h"
 #include "tolva/tolva2011register.h"
@@ -27,68 +21,11 @@
 namespace tolva {
 namespace {
 
-using platform::posix::ConsoleWindowServices;
-
-TEST(LinuxSystem, NamesAndClockAreTheMachinesOwn) {
-  Tolva2011Register c;
-  char host[256] = {};
-  ASSERT_EQ(::gethostname(host, sizeof host - 1), 0);
-  EXPECT_EQ(c.ComputerName(), host);
-  EXPECT_EQ(c.UserName(), std::string(::getpwuid(::geteuid())->pw_name) + '\0');
-  // Local time, read before and after: the service's reading equals one of them.
-  auto local = [] {
-    const time_t t = ::time(nullptr);
-    tm l{};
-    ::localtime_r(&t, &l);
-    return std::vector<int>{l.tm_year + 1900, l.tm_mon + 1, l.tm_mday, l.tm_hour, l.tm_min};
-  };
-  const std::vector<int> before = local();
-  const platform::DateTime now = platform::LinuxServices().system->Now();
-  const std::vector<int> seen = {now.year, now.month, now.day, now.hour, now.minute};
-  EXPECT_TRUE(seen == before || seen == local());
-}
-
-struct CountingHost : HostContainer {
-  void DoEvents() override { ++events; }
-  int events = 0;
-};
-
-// The real wait is a sleep cut into slices with the host's events between
-// them; the tick counter moves with it at the monotonic clock's pace.
-TEST(LinuxSystem, WaitSleepsInSlicesWhileTheTickCounterMoves) {
-  auto system = platform::LinuxServices().system;
-  CountingHost host;
-  platform::Services s;
-  s.system = system;
-  Tolva2011Register c(s, &host);
-  timespec before{}, after{};
-  ::clock_gettime(CLOCK_MONOTONIC, &before);
-  const std::uint32_t t0 = system->TickCount();
-  c.WaitMilliSeconds(120);
-  const std::uint32_t ticks = system->TickCount() - t0;
-  ::clock_gettime(CLOCK_MONOTONIC, &after);
-  const long long wall = (after.tv_sec - before.tv_sec) * 1000LL + (after.tv_nsec - before.tv_nsec) / 1000000;
-  EXPECT_GE(ticks, 120u);
-  EXPECT_LE(ticks, wall + 2);
-  EXPECT_GE(host.events, 2) << "the host ran between slices of the wait";
-}
-
 // Every number a Linux service can hand a host has a one-line text.
 TEST(LinuxSystem, MessageTableCoversEveryServiceNumber) {
   using namespace platform;
   Tolva2011Register c;
-  std::vector<std::int32_t> numbers = {kErrorNoMoreFiles,
-                                       kErrorInvalidHandle,
-                                       kErrorInvalidParameter,
-                                       kErrorInsufficientBuffer,
-                                       kErrorDiskFull,
-                                       kErrorAccessDenied,
-                                       kErrorFileNotFound,
-                                       kSettingsNotFound,
-                                       kSettingsAccessDenied,
-                                       kSettingsNoMoreItems,
-                                       12110,
-                                       12111};
+  std::vector<std::int32_t> numbers = {kErrorNoMoreFiles, kErrorInsufficientBuffer, kSettingsNoMoreItems, 12110};
   for (std::int32_t n = 12001; n <= 12031; ++n) numbers.push_back(n);
   for (int err = 1; err < 134; ++err) {
     for (auto op : {posix::FileOp::kOpenFile, posix::FileOp::kDirectory, posix::FileOp::kDelete})
@@ -102,38 +39,6 @@ TEST(LinuxSystem, MessageTableCoversEveryServiceNumber) {
   }
   EXPECT_EQ(c.FormatErrorMessage(53) + "|" + c.FormatErrorMessage(12002), "File not found|The operation timed out");
   EXPECT_EQ(c.FormatErrorMessage(999999), "Error Number = 999999");
-  const auto all = posix::MessageTableNumbers();
-  EXPECT_TRUE(std::is_sorted(all.begin(), all.end()) && std::adjacent_find(all.begin(), all.end()) == all.end());
-}
-
-TEST(LinuxSystem, ErrnoMapsToClassicNumbers) {
-  std::string seen;
-  for (int err :
-       {0, ENOENT, ELOOP, ETXTBSY, EDQUOT, EIO, EEXIST, ENFILE, EXDEV, EISDIR, EBADF, ENOMEM, ENODEV, ENOMEDIUM})
-    seen += std::to_string(platform::posix::ClassicRuntimeErrorFromErrno(err).number) + " ";
-  EXPECT_EQ(seen, "0 53 76 70 61 57 58 67 74 75 52 7 68 71 ");
-  EXPECT_STREQ(platform::posix::ClassicRuntimeErrorFromErrno(EXDEV).text, "Can't rename with different drive");
-}
-
-TEST(CommandLine, SplitsAsAShellWould) {
-  const std::pair<const char*, const char*> rows[] = {{"  prog \t a\nb  ", "prog|a|b|"},
-                                                      {"prog 'a b' \"c d\"", "prog|a b|c d|"},
-                                                      {"prog a\\ b", "prog|a b|"},
-                                                      {"prog \"a \\\"q\\\" \\n \\$\"", "prog|a \"q\" \\n $|"},
-                                                      {"prog 'it''s' '\\'", "prog|its|\\|"},
-                                                      {"prog \"\" ''", "prog|||"},
-                                                      {"prog $HOME *.txt", "prog|$HOME|*.txt|"},
-                                                      {"prog x\"y z\"w a\\\nb", "prog|xy zw|ab|"},
-                                                      {"", ""},
-                                                      {"prog 'open", "<refused>"},
-                                                      {"prog \"open", "<refused>"},
-                                                      {"prog \\", "<refused>"}};
-  for (auto [line, expected] : rows) {
-    std::vector<std::string> words = {"stale"};
-    std::string seen = platform::posix::SplitCommandLine(line, words) ? "" : "<refused>";
-    for (const auto& w : words) seen += seen == "<refused>" ? "" : w + "|";
-    EXPECT_EQ(seen, expected) << line;
-  }
 }
 
 TEST(ProgramExecute, StartsRealProgramsDetachedAndRefusesMissingOnes) {
@@ -158,62 +63,19 @@ TEST(ProgramExecute, StartsRealProgramsDetachedAndRefusesMissingOnes) {
   std::filesystem::remove_all(dir);
 }
 
-// A pipe stands in for the terminal: what the box wrote, and an input that
-// the test controls.
-class ConsoleBox : public ::testing::Test {
- protected:
-  void SetUp() override {
-    ASSERT_EQ(::pipe(in_), 0);
-    ASSERT_EQ(::pipe(out_), 0);
-    ::fcntl(out_[0], F_SETFL, O_NONBLOCK);
-  }
-  void TearDown() override {
-    for (int fd : {in_[0], in_[1], out_[0], out_[1]}) ::close(fd);
-  }
-  std::string Written() {
-    std::string s;
-    char buf[4096];
-    for (ssize_t n; (n = ::read(out_[0], buf, sizeof buf)) > 0;) s.append(buf, static_cast<std::size_t>(n));
-    return s;
-  }
-  int in_[2], out_[2];
-};
-
-TEST_F(ConsoleBox, WithoutATerminalAnswersTheDefaultAtOnce) {
-  // Nothing is ever written to the input: a box that read it would block forever.
-  ConsoleWindowServices w(in_[0], out_[1]);
-  const std::pair<std::uint32_t, int> rows[] = {{0x10, 1},  {0x24, 6}, {0x124, 7}, {0x224, 6}, {0x21, 1},
-                                                {0x121, 2}, {0x22, 3}, {0x222, 5}, {0x123, 7}, {0x223, 2},
-                                                {0x125, 2}, {0x25, 4}, {0x2F, 1}};
-  for (auto [flags, button] : rows) EXPECT_EQ(w.MessageBox("Save changes?", "Tolva Query", flags), button) << flags;
-  EXPECT_NE(Written().find("[Tolva Query]\nSave changes?\n"), std::string::npos);
-  // The member's own console service reads stdin: with the idle pipe there it does not block either.
+// The console box reads stdin; nothing is ever written to the pipe there, so a
+// box that waited for an answer without a terminal would block forever.
+TEST(ConsoleBox, WithoutATerminalAnswersTheDefaultAtOnce) {
+  int in[2];
+  ASSERT_EQ(::pipe(in), 0);
   const int saved = ::dup(0);
-  ::dup2(in_[0], 0);
+  ::dup2(in[0], 0);
   Tolva2011Register c;
   const Variant v = c.MessageQuery("Overwrite?", 4 + 0x100);
   ::dup2(saved, 0);
   ::close(saved);
-  EXPECT_EQ(v, Variant::FromLong(7));
-}
-
-TEST_F(ConsoleBox, AsksOnATerminal) {
-  ConsoleWindowServices w(in_[0], out_[1], ConsoleWindowServices::Ask::kAlways);
-  struct Row {
-    const char* typed;
-    std::uint32_t flags;
-    int expected;
-  } rows[] = {{"n\n", 4, 7},    {"YES\n", 4, 6},  {"2\n", 3, 7},
-              {"\n", 0x103, 7}, {"x\nc\n", 3, 2}, {"i\n", 2, 5},
-              {" r \n", 5, 4},  {"9\n\n", 4, 6},  {"?\n?\n?\n?\n?\n", 0x104, 7}};
-  for (const auto& r : rows) {
-    const std::string typed = r.typed;
-    ASSERT_EQ(::write(in_[1], typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
-    EXPECT_EQ(w.MessageBox("Continue?", "Q", r.flags), r.expected) << r.typed;
-  }
-  ::close(in_[1]);
-  in_[1] = -1;
-  EXPECT_EQ(w.MessageBox("Continue?", "Q", 0x104), 7) << "end of input gives the default";
+  EXPECT_EQ(v, Variant::FromLong(7)) << "the default button, the second";
+  for (int fd : {in[0], in[1]}) ::close(fd);
 }
 
 }  // namespace

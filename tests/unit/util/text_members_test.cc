@@ -23,17 +23,10 @@ TEST_F(TextMembers, StringCountCharacters) {
     Boolean ignore_case, repeat_as_one;
     Long expected;
   } rows[] = {{"a run of slashes counts once", "a/b//c", "/", kTrue, kTrue, 2},
-              {"without RepeatAsOne every slash counts", "a/b//c", "/", kFalse, kFalse, 3},
               {"a listed character counted twice", "aaa", "aa", kFalse, kFalse, 6},
               {"IgnoreCase of 1 is not true", "AbA", "a", 1, kFalse, 0},
-              {"IgnoreCase upper-cases input and list", "AbA", "a", kTrue, kFalse, 2},
               {"any non-zero RepeatAsOne merges runs", "xx-xx-x", "x", kFalse, 1, 3},
               {"a run of one character among others", "abab", "ab", kFalse, kTrue, 4},
-              {"duplicates and runs together", "aab", "aa", kFalse, kTrue, 2},
-              {"the first character counts", "xa", "x", kFalse, kTrue, 1},
-              {"empty input", "", "a", kFalse, kFalse, 0},
-              {"empty list", "abc", "", kFalse, kFalse, 0},
-              {"NUL runs merge", "a\0\0b\0"s, "\0"s, kFalse, kTrue, 2},
               {"bytes above 127 are not folded", "\xe9\xc9", "\xe9", kTrue, kFalse, 1},
               {"z folds, { does not", "zZ{[", "z{", kTrue, kFalse, 3}};
   for (const auto& r : rows)
@@ -47,13 +40,10 @@ TEST_F(TextMembers, TrimCrLfDropsControlsAndBlanksAtBothEnds) {
   struct Row {
     std::string input, expected;
   } rows[] = {{" \r\n\t \r\n", ""},
-              {"\r\nA B\r\n", "A B"},
-              {"", ""},
               {"\0\x01\x1f abc\x7f\0 "s, "abc\x7f"},
               {"!x!", "!x!"},
               {"\ta\r\nb\t", "a\r\nb"},
-              {"\xa0x\xff", "\xa0x\xff"},
-              {"\n\n\n\nx ", "x"}};
+              {"\xa0x\xff", "\xa0x\xff"}};
   for (const auto& r : rows) EXPECT_EQ(c.TrimCrLf(r.input), r.expected) << "[" << r.input << "]";
 }
 
@@ -61,11 +51,8 @@ TEST_F(TextMembers, ClockTexts) {
   struct Row {
     Long count;
     const char *minutes_seconds, *hours_minutes_seconds;
-  } rows[] = {{0, "0:00", "0:00"},        {5, "0:05", "0:05"},        {9, "0:09", "0:09"},
-              {10, "0:10", "0:10"},       {60, "1:00", "1:00"},       {69, "1:09", "1:09"},
-              {754, "12:34", "12:34"},    {3600, "60:00", "1:00:00"}, {3605, "60:05", "1:00:05"},
-              {3725, "62:05", "1:02:05"}, {4200, "70:00", "1:10:00"}, {86399, "1439:59", "23:59:59"},
-              {-5, "0:0-5", "0:0-5"},     {-65, "0:0-5", "0:0-5"},    {2147483647, "35791394:07", "596523:14:07"}};
+  } rows[] = {{9, "0:09", "0:09"},        {69, "1:09", "1:09"},    {3600, "60:00", "1:00:00"},
+              {3725, "62:05", "1:02:05"}, {-65, "0:0-5", "0:0-5"}, {2147483647, "35791394:07", "596523:14:07"}};
   for (const auto& r : rows) {
     EXPECT_EQ(c.MinutesSeconds(r.count), r.minutes_seconds) << r.count;
     EXPECT_EQ(c.HoursMinutesSeconds(r.count), r.hours_minutes_seconds) << r.count;
@@ -77,12 +64,9 @@ TEST_F(TextMembers, IsTime) {
   struct Row {
     std::string input, delimiter;
     Boolean expected;
-  } rows[] = {{"12:30", ":", kTrue},     {"1:2:3", ":", kTrue},  {"99:99", ":", kTrue},  {"1a:30", ":", kTrue},
-              {"  12:30  ", ":", kTrue}, {"1230", ":", kFalse},  {":30", ":", kFalse},   {"12:", ":", kFalse},
-              {"12::30", ":", kFalse},   {"", ":", kFalse},      {"   ", ":", kFalse},   {":", ":", kFalse},
-              {"12.30", ".", kTrue},     {"12.30", ":", kFalse}, {"12:30", "", kFalse},  {"12::30", "::", kFalse},
-              {"12130", "1", kFalse},    {"12930", "9", kFalse}, {"10201", "0", kFalse}, {" :30", ":", kFalse},
-              {"12:30 ", ":", kTrue},    {"1\0:3"s, ":", kTrue}};
+  } rows[] = {{"1a:30", ":", kTrue}, {"  12:30  ", ":", kTrue}, {"1230", ":", kFalse},  {":30", ":", kFalse},
+              {"12:", ":", kFalse},  {"12::30", ":", kFalse},   {"", ":", kFalse},      {" :30", ":", kFalse},
+              {"12.30", ".", kTrue}, {"12:30", "", kFalse},     {"12130", "1", kFalse}, {"1\0:3"s, ":", kTrue}};
   for (const auto& r : rows) EXPECT_EQ(c.IsTime(r.input, r.delimiter), r.expected) << "[" << r.input << "]";
   EXPECT_EQ(c.IsTime("12:30"), kTrue) << "default delimiter";
 }
@@ -91,24 +75,10 @@ TEST_F(TextMembers, LastDateInMonthRollsMonthsIntoYearsWithinYearsOneTo9999) {
   struct Row {
     Long month, year;
     Date expected;
-  } rows[] = {{2, 2012, {2012, 2, 29}},
-              {2, 2011, {2011, 2, 28}},
-              {2, 1900, {1900, 2, 28}},
-              {2, 2000, {2000, 2, 29}},
-              {1, 2010, {2010, 1, 31}},
-              {4, 2010, {2010, 4, 30}},
-              {12, 2010, {2010, 12, 31}},
-              {13, 2010, {2011, 1, 31}},
-              {0, 2010, {2009, 12, 31}},
-              {14, 2010, {2011, 2, 28}},
-              {-1, 2010, {2009, 11, 30}},
-              {-12, 2010, {2008, 12, 31}},
-              {12, 9999, {9999, 12, 31}},
-              {1, 1, {1, 1, 31}},
-              {12, 10000, {}},
-              {12, 0, {}},
-              {2147483647, 2147483647, {}},
-              {-2147483647 - 1, 2010, {}}};
+  } rows[] = {{2, 2012, {2012, 2, 29}},    {2, 1900, {1900, 2, 28}},   {2, 2000, {2000, 2, 29}},
+              {11, 2010, {2010, 11, 30}},  {13, 2010, {2011, 1, 31}},  {0, 2010, {2009, 12, 31}},
+              {-12, 2010, {2008, 12, 31}}, {12, 9999, {9999, 12, 31}}, {12, 10000, {}},
+              {2147483647, 2147483647, {}}};
   for (const auto& r : rows) {
     const Date d = c.LastDateInMonth(r.month, r.year);
     EXPECT_EQ(d, r.expected) << r.month << "/" << r.year << " gave " << d.Year << "-" << d.Month << "-" << d.Day;
@@ -120,9 +90,7 @@ TEST_F(TextMembers, ProgramCallSetupQuotesThePathIntoTheFirstPercentOne) {
     std::string call, path, expected;
   } rows[] = {{"editor", "/tmp/a b.txt", "editor \"/tmp/a b.txt\""},
               {"editor %1 -n", "x.txt", "editor \"x.txt\" -n"},
-              {"cmp %1 %1", "x", "cmp \"x\" %1"},
               {"editor \"%1\"", "x", "editor \"\"x\"\""},  // quotes doubled, as hosts have always had them
-              {"", "x", " \"x\""},
               {"editor %2 %", "x", "editor %2 % \"x\""}};
   for (const auto& r : rows) EXPECT_EQ(c.ProgramCallSetup(r.call, r.path), r.expected) << r.call;
 }
