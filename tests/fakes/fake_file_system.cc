@@ -58,7 +58,6 @@ class FakeFile : public platform::File {
 }  // namespace
 
 FakeFileSystem::FakeFileSystem() {
-  AddDirectory("/");
   AddDirectory("/tmp");
   AddDirectory(windows_directory);
   AddDirectory(system_directory);
@@ -94,19 +93,9 @@ void FakeFileSystem::AddFile(const std::string& path, const std::string& data, p
   nodes[n] = Node{false, data, time, false};
 }
 
-bool FakeFileSystem::IsFile(const std::string& path) const {
+const FakeFileSystem::Node* FakeFileSystem::At(const std::string& path) const {
   auto it = nodes.find(Normalize(path));
-  return it != nodes.end() && !it->second.directory;
-}
-
-bool FakeFileSystem::IsDirectory(const std::string& path) const {
-  auto it = nodes.find(Normalize(path));
-  return it != nodes.end() && it->second.directory;
-}
-
-std::string FakeFileSystem::Contents(const std::string& path) const {
-  auto it = nodes.find(Normalize(path));
-  return it == nodes.end() ? std::string() : it->second.data;
+  return it == nodes.end() ? nullptr : &it->second;
 }
 
 void FakeFileSystem::Fail(Op op, const std::string& path, FileError error) {
@@ -209,16 +198,16 @@ bool FakeFileSystem::SetAttributesNormal(const std::string& path, FileError& err
 }
 
 bool FakeFileSystem::Length(const std::string& path, std::uint64_t& length, FileError& error) {
-  auto it = nodes.find(Normalize(path));
-  if (it == nodes.end() || it->second.directory) return Failed(error, FileNotFound());
-  length = it->second.data.size();
+  const Node* n = At(path);
+  if (!n || n->directory) return Failed(error, FileNotFound());
+  length = n->data.size();
   return true;
 }
 
 bool FakeFileSystem::LastWriteTime(const std::string& path, platform::FileTime& time, FileError& error) {
-  auto it = nodes.find(Normalize(path));
-  if (it == nodes.end()) return Failed(error, FileNotFound());
-  time = it->second.time;
+  const Node* n = At(path);
+  if (!n) return Failed(error, FileNotFound());
+  time = n->time;
   return true;
 }
 

@@ -27,14 +27,13 @@ class FakeFileSystem : public platform::FileSystem {
 
   FakeFileSystem();
 
-  // ---- Test set-up and inspection ----
   // Adds a file (and its missing parent directories).
   void AddFile(const std::string& path, const std::string& data, platform::FileTime time = {2011, 1, 1, 12, 0, 0});
   void AddDirectory(const std::string& path);
-  bool IsFile(const std::string& path) const;
-  bool IsDirectory(const std::string& path) const;
+  bool IsFile(const std::string& path) const { return At(path) && !At(path)->directory; }
+  bool IsDirectory(const std::string& path) const { return At(path) && At(path)->directory; }
   // The file's contents; "" when it is missing.
-  std::string Contents(const std::string& path) const;
+  std::string Contents(const std::string& path) const { return At(path) ? At(path)->data : std::string(); }
   // Makes `op` on `path` fail with `error`.
   void Fail(Op op, const std::string& path, platform::FileError error);
   // The absolute, "/"-separated form of a path, as keys are stored.
@@ -48,7 +47,6 @@ class FakeFileSystem : public platform::FileSystem {
   std::uint64_t bytes_read = 0;    // every byte handed out by File::Read and ReadAll
   std::vector<std::string> calls;  // "mkdir path" and "cd path", in order
 
-  // ---- platform::FileSystem ----
   bool List(const std::string& pattern, std::uint32_t attributes, std::vector<platform::DirEntry>& out,
             platform::FileError& error) override;
   bool CurrentDirectory(std::string& directory, platform::FileError& error) override;
@@ -75,6 +73,7 @@ class FakeFileSystem : public platform::FileSystem {
   static platform::FileError PermissionDenied() { return {70, "Permission denied"}; }
 
  private:
+  const Node* At(const std::string& path) const;  // nullptr when there is no such node
   bool Injected(Op op, const std::string& normalized, platform::FileError& error) const;
   bool ParentIsDirectory(const std::string& normalized) const;
   std::map<std::pair<Op, std::string>, platform::FileError> failures_;

@@ -1,5 +1,5 @@
-// The profile service on real files: formatting kept, the cache,
-// concurrent writers, and a writer killed in the middle of its work.
+// The profile service on real files: the cache, concurrent writers, and a
+// writer killed in the middle of its work.
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -23,20 +23,6 @@ std::string Get(PosixProfileStore& store, const std::string& file, const std::st
   std::string out;
   store.GetString(section, key, def, out, 1024, file);
   return out;
-}
-
-TEST(ProfileStoreTest, WritesKeepEveryOtherByte) {
-  TempDir dir;
-  const std::string ini = dir / "app.ini";
-  const std::string original = "; settings\n[One]\r\na = 1\r\n\r\n; tail\r[Two]\nb=2";
-  TempDir::Write(ini, original);
-  PosixProfileStore store;
-  const std::string v = "9";
-  ASSERT_TRUE(store.WriteString("one", "A", &v, ini));
-  EXPECT_EQ(TempDir::Read(ini), "; settings\n[One]\r\nA=9\r\n\r\n; tail\r[Two]\nb=2");
-  const std::string bad = "x\r\n[Evil]";
-  EXPECT_FALSE(store.WriteString("One", "a", &bad, ini));  // would split the line
-  EXPECT_EQ(Get(store, ini, "Evil", "a"), "<none>");
 }
 
 TEST(ProfileStoreTest, RepeatedLookUpsParseOnceAndNeverServeAStaleFile) {

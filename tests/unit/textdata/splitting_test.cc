@@ -1,4 +1,4 @@
-// The line cursor and the row measurer, on texts in memory.
+// The row measurer against splitting, on random texts in memory.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -12,29 +12,6 @@
 
 namespace tolva::textdata {
 namespace {
-
-TEST(LineCursorTest, SplitsLinesAsHostsExpectWithOrWithoutScanning) {
-  struct Row {
-    const char* label;
-    std::string text;
-    std::vector<std::string> lines;
-  } rows[] = {
-      {"a one-character last line after CR LF is not delivered", "a\r\nb", {"a"}},
-      {"LF-only text is split at LF", "ab\ncd\n", {"ab", "cd"}},
-      {"CR-only text is split at CR", "ab\rcd\r", {"ab", "cd"}},
-      {"LF CR counts as one line end", "ab\n\rcd", {"ab", "cd"}},
-  };
-  for (const Row& row : rows) {
-    for (bool scanning : {false, true}) {
-      LineCursor cursor(row.text);
-      std::vector<std::string> lines;
-      LineScan scan{};
-      for (int guard = 0; !cursor.AtEnd() && guard < 100; ++guard)
-        lines.emplace_back(scanning ? cursor.Next(',', ',', scan) : cursor.Next());
-      EXPECT_EQ(lines, row.lines) << row.label << (scanning ? " (scanning)" : "");
-    }
-  }
-}
 
 // A random text dense in quotes, delimiters and line ends; every other one
 // is rows quoted as writers quote them (with now and then a quote out of
@@ -58,8 +35,7 @@ std::string RandomRows(std::mt19937& rng, const std::string& d, bool quoted) {
   return text;
 }
 
-// Measuring rows from the scan (masks for quoted rows) must give the widths
-// that splitting them gives, and both quoted-row counts must agree.
+// Measuring rows from the scan must give the widths splitting gives, and both quoted-row counts must agree.
 TEST(RowSplitterTest, MeasuringAgreesWithSplittingOnRandomText) {
   std::mt19937 rng(11);
   for (const std::string delimiter : {",", "x", "\"", ",,"}) {
