@@ -135,6 +135,7 @@ TEST_F(FilesTest, FileTestIdenticalComparesDatesThenSizesThenData) {
     Long data_bytes;
     Boolean expected;
   } rows[] = {
+      {"same everything", "abc", "abc", t0, t0, kTrue, kTrue, kTrue, 100000, kTrue},
       {"a minute boundary between", "abc", "abc", t59, t100, kTrue, kTrue, kFalse, 100000, kFalse},
       {"contents differ at exactly the limit", "abc", "abd", t0, t0, kTrue, kTrue, kTrue, 3, kFalse},
   };
