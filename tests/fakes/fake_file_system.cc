@@ -58,7 +58,6 @@ class FakeFile : public platform::File {
 }  // namespace
 
 FakeFileSystem::FakeFileSystem() {
-  AddDirectory("/");
   AddDirectory("/tmp");
   AddDirectory(windows_directory);
   AddDirectory(system_directory);
@@ -94,28 +93,17 @@ void FakeFileSystem::AddFile(const std::string& path, const std::string& data, p
   nodes[n] = Node{false, data, time, false};
 }
 
-bool FakeFileSystem::IsFile(const std::string& path) const {
+const FakeFileSystem::Node* FakeFileSystem::At(const std::string& path) const {
   auto it = nodes.find(Normalize(path));
-  return it != nodes.end() && !it->second.directory;
-}
-
-bool FakeFileSystem::IsDirectory(const std::string& path) const {
-  auto it = nodes.find(Normalize(path));
-  return it != nodes.end() && it->second.directory;
-}
-
-std::string FakeFileSystem::Contents(const std::string& path) const {
-  auto it = nodes.find(Normalize(path));
-  return it == nodes.end() ? std::string() : it->second.data;
+  return it == nodes.end() ? nullptr : &it->second;
 }
 
 void FakeFileSystem::Fail(Op op, const std::string& path, FileError error) {
-  failures_[{op, path == "*" ? path : Normalize(path)}] = std::move(error);
+  failures_[{op, Normalize(path)}] = std::move(error);
 }
 
 bool FakeFileSystem::Injected(Op op, const std::string& normalized, FileError& error) const {
   auto it = failures_.find({op, normalized});
-  if (it == failures_.end()) it = failures_.find({op, "*"});
   if (it == failures_.end()) return false;
   error = it->second;
   return true;
@@ -135,11 +123,10 @@ static DirEntry Entry(const std::string& name, const FakeFileSystem::Node& node)
 }
 
 bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, std::vector<DirEntry>& out,
-                          FileError& error) {
+                          FileError&) {
   out.clear();
   const std::string raw = files::ToPlatformPath(pattern);
   if (raw.empty()) return true;
-  if (Injected(Op::kList, Normalize(raw), error)) return false;
   std::string dir, last;
   files::SplitLastSegment(raw, dir, last);
   if (!files::HasWildcard(last)) {
@@ -166,8 +153,7 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
   return true;
 }
 
-bool FakeFileSystem::CurrentDirectory(std::string& directory, FileError& error) {
-  if (Injected(Op::kCurrentDirectory, "*", error)) return false;
+bool FakeFileSystem::CurrentDirectory(std::string& directory, FileError&) {
   directory = cwd;
   return true;
 }
@@ -175,7 +161,6 @@ bool FakeFileSystem::CurrentDirectory(std::string& directory, FileError& error) 
 bool FakeFileSystem::ChangeDirectory(const std::string& directory, FileError& error) {
   calls.push_back("cd " + directory);
   const std::string n = Normalize(directory);
-  if (Injected(Op::kChangeDirectory, n, error)) return false;
   if (directory.empty() || !IsDirectory(n)) return Failed(error, PathNotFound());
   cwd = n;
   return true;
@@ -184,7 +169,6 @@ bool FakeFileSystem::ChangeDirectory(const std::string& directory, FileError& er
 bool FakeFileSystem::MakeDirectory(const std::string& directory, FileError& error) {
   calls.push_back("mkdir " + directory);
   const std::string n = Normalize(directory);
-  if (Injected(Op::kMakeDirectory, n, error)) return false;
   if (nodes.count(n)) return Failed(error, AccessError());
   if (!ParentIsDirectory(n)) return Failed(error, PathNotFound());
   nodes[n].directory = true;
@@ -192,8 +176,6 @@ bool FakeFileSystem::MakeDirectory(const std::string& directory, FileError& erro
 }
 
 bool FakeFileSystem::DeleteFiles(const std::string& pattern, FileError& error) {
-  calls.push_back("delete " + pattern);
-  if (Injected(Op::kDelete, Normalize(pattern), error)) return false;
   std::vector<DirEntry> found;
   if (!List(pattern, platform::kAttrNormal, found, error)) return false;
   if (found.empty()) return Failed(error, FileNotFound());
@@ -209,30 +191,23 @@ bool FakeFileSystem::DeleteFiles(const std::string& pattern, FileError& error) {
 }
 
 bool FakeFileSystem::SetAttributesNormal(const std::string& path, FileError& error) {
-  calls.push_back("attrib " + path);
-  const std::string n = Normalize(path);
-  if (Injected(Op::kSetAttributes, n, error)) return false;
-  auto it = nodes.find(n);
+  auto it = nodes.find(Normalize(path));
   if (it == nodes.end()) return Failed(error, FileNotFound());
   it->second.read_only = false;
   return true;
 }
 
 bool FakeFileSystem::Length(const std::string& path, std::uint64_t& length, FileError& error) {
-  const std::string n = Normalize(path);
-  if (Injected(Op::kLength, n, error)) return false;
-  auto it = nodes.find(n);
-  if (it == nodes.end() || it->second.directory) return Failed(error, FileNotFound());
-  length = it->second.data.size();
+  const Node* n = At(path);
+  if (!n || n->directory) return Failed(error, FileNotFound());
+  length = n->data.size();
   return true;
 }
 
 bool FakeFileSystem::LastWriteTime(const std::string& path, platform::FileTime& time, FileError& error) {
-  const std::string n = Normalize(path);
-  if (Injected(Op::kLastWriteTime, n, error)) return false;
-  auto it = nodes.find(n);
-  if (it == nodes.end()) return Failed(error, FileNotFound());
-  time = it->second.time;
+  const Node* n = At(path);
+  if (!n) return Failed(error, FileNotFound());
+  time = n->time;
   return true;
 }
 
@@ -242,7 +217,6 @@ std::unique_ptr<platform::File> FakeFileSystem::Open(const std::string& path, pl
   if (Injected(Op::kOpen, n, error)) return nullptr;
   auto it = nodes.find(n);
   const bool missing = it == nodes.end(), write = mode != platform::OpenMode::kRead;
-  if (write) calls.push_back("open-write " + path);
   FileError refused;
   if (!missing && (it->second.directory || (write && it->second.read_only))) refused = AccessError();
   if (missing) refused = ParentIsDirectory(n) ? (write ? FileError{} : FileNotFound()) : PathNotFound();
@@ -254,7 +228,7 @@ std::unique_ptr<platform::File> FakeFileSystem::Open(const std::string& path, pl
 
 bool FakeFileSystem::ReadAll(const std::string& path, std::string& out, FileError& error) {
   const std::string n = Normalize(path);
-  if (Injected(Op::kOpen, n, error) || Injected(Op::kRead, n, error)) return false;
+  if (Injected(Op::kOpen, n, error)) return false;
   auto it = nodes.find(n);
   if (it == nodes.end() || it->second.directory)
     return Failed(error, it == nodes.end() ? FileNotFound() : AccessError());
@@ -264,7 +238,6 @@ bool FakeFileSystem::ReadAll(const std::string& path, std::string& out, FileErro
 }
 
 bool FakeFileSystem::WriteAll(const std::string& path, const std::string& data, FileError& error) {
-  calls.push_back("write " + path);
   const std::string n = Normalize(path);
   if (Injected(Op::kWrite, n, error)) return false;
   if (path.empty()) return Failed(error, {52, "Bad file name or number"});
@@ -285,7 +258,6 @@ bool FakeFileSystem::TempFileName(const std::string& directory, const std::strin
   std::snprintf(hex, sizeof hex, "%X", ++temp_counter_ & 0xFFFF);
   name = dir + prefix.substr(0, 3) + hex + ".tmp";
   AddFile(name, "");
-  calls.push_back("tempfile " + name);
   return true;
 }
 

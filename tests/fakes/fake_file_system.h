@@ -1,8 +1,6 @@
-// An in-memory file system for unit tests: files and directories in a map,
-// a current directory, fixed temporary and Windows-directory stand-ins, and
-// injectable failures per operation and path. Paths may use "\" or "/";
-// relative paths resolve against the current directory. Hidden entries are
-// those whose name begins with ".", as on the real service.
+// An in-memory file system for unit tests, with failures injectable per
+// operation and path. Paths may use "\" or "/"; relative ones resolve against
+// `cwd`. Names beginning with "." are hidden, as on the real service.
 #ifndef TOLVA_TESTS_FAKES_FAKE_FILE_SYSTEM_H_
 #define TOLVA_TESTS_FAKES_FAKE_FILE_SYSTEM_H_
 
@@ -24,32 +22,19 @@ class FakeFileSystem : public platform::FileSystem {
     platform::FileTime time{2011, 1, 1, 12, 0, 0};
     bool read_only = false;
   };
-  // Operations whose failure a test can inject.
-  enum class Op {
-    kList,
-    kCurrentDirectory,
-    kChangeDirectory,
-    kMakeDirectory,
-    kDelete,
-    kSetAttributes,
-    kLength,
-    kLastWriteTime,
-    kOpen,
-    kRead,
-    kWrite
-  };
+  // Operations whose failure a test can inject (kWrite covers temporary names too).
+  enum class Op { kOpen, kWrite };
 
   FakeFileSystem();
 
-  // ---- Test set-up and inspection ----
   // Adds a file (and its missing parent directories).
   void AddFile(const std::string& path, const std::string& data, platform::FileTime time = {2011, 1, 1, 12, 0, 0});
   void AddDirectory(const std::string& path);
-  bool IsFile(const std::string& path) const;
-  bool IsDirectory(const std::string& path) const;
+  bool IsFile(const std::string& path) const { return At(path) && !At(path)->directory; }
+  bool IsDirectory(const std::string& path) const { return At(path) && At(path)->directory; }
   // The file's contents; "" when it is missing.
-  std::string Contents(const std::string& path) const;
-  // Makes `op` on `path` (normalised; "*" for every path) fail with `error`.
+  std::string Contents(const std::string& path) const { return At(path) ? At(path)->data : std::string(); }
+  // Makes `op` on `path` fail with `error`.
   void Fail(Op op, const std::string& path, platform::FileError error);
   // The absolute, "/"-separated form of a path, as keys are stored.
   std::string Normalize(const std::string& path) const;
@@ -60,9 +45,8 @@ class FakeFileSystem : public platform::FileSystem {
   std::string windows_directory = "/windows";
   std::string system_directory = "/windows/system";
   std::uint64_t bytes_read = 0;    // every byte handed out by File::Read and ReadAll
-  std::vector<std::string> calls;  // "op path" of every mutating call, in order
+  std::vector<std::string> calls;  // "mkdir path" and "cd path", in order
 
-  // ---- platform::FileSystem ----
   bool List(const std::string& pattern, std::uint32_t attributes, std::vector<platform::DirEntry>& out,
             platform::FileError& error) override;
   bool CurrentDirectory(std::string& directory, platform::FileError& error) override;
@@ -89,6 +73,7 @@ class FakeFileSystem : public platform::FileSystem {
   static platform::FileError PermissionDenied() { return {70, "Permission denied"}; }
 
  private:
+  const Node* At(const std::string& path) const;  // nullptr when there is no such node
   bool Injected(Op op, const std::string& normalized, platform::FileError& error) const;
   bool ParentIsDirectory(const std::string& normalized) const;
   std::map<std::pair<Op, std::string>, platform::FileError> failures_;

@@ -18,7 +18,6 @@ class FakeProfileStore : public platform::ProfileStore {
   // Profiles by path ("\" turned to "/"; a bare name is placed in windows_directory).
   std::map<std::string, std::string> files;
   std::string windows_directory = "/windows";
-  bool fail_writes = false;  // every write fails and changes nothing
   int writes = 0;
 
   std::string Resolve(const std::string& file) const {
@@ -39,7 +38,6 @@ class FakeProfileStore : public platform::ProfileStore {
   bool WriteString(const std::string& section, const std::string& key, const std::string* value,
                    const std::string& file) override {
     ++writes;
-    if (fail_writes) return false;
     auto it = files.find(Resolve(file));
     if (it == files.end() && !value) return true;
     bool changed = false;

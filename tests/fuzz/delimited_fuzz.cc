@@ -1,11 +1,7 @@
-// Fuzz target of the delimited readers: random file bytes, delimiters and
-// limits, through the public members over the in-memory file system. It
-// checks what must hold for every input: the three readers agree on the
-// number of rows, counts stay within the limits, and no cell outside the
-// returned rows and columns is touched.
-//
-// Input layout: byte 0 picks the delimiter length (0 to 3) and byte 1 the
-// limits; then the delimiter's bytes; the rest is the file.
+// Fuzz target of the delimited readers over the in-memory file system: the
+// readers agree on the rows, counts stay within the limits, and no cell
+// outside the returned ones is touched. Byte 0 picks the delimiter length
+// (0 to 3), byte 1 the limits; then the delimiter; the rest is the file.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>

@@ -1,6 +1,5 @@
-// Replays a fuzz corpus without libFuzzer: each argument is a file or a
-// directory of files, and each file is one input to the fuzz target. Runs
-// in the test suite, under the sanitizers in their build.
+// Replays a fuzz corpus without libFuzzer, so the suite (and its sanitizer
+// build) runs every input: each argument is an input file or a directory of them.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>

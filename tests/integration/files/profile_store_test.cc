@@ -1,20 +1,17 @@
-// The profile service on real files: formatting kept, the cache, permissions,
-// concurrent writers, and a writer killed in the middle of its work.
+// The profile service on real files: the cache, concurrent writers, and a
+// writer killed in the middle of its work.
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "files/profile_file.h"
 #include "integration/files/temp_dir.h"
 #include "platform/linux/profile_store_posix.h"
-#include "tolva/tolva2011register.h"
 
 namespace tolva::testing_files {
 namespace {
@@ -26,24 +23,6 @@ std::string Get(PosixProfileStore& store, const std::string& file, const std::st
   std::string out;
   store.GetString(section, key, def, out, 1024, file);
   return out;
-}
-
-TEST(ProfileStoreTest, WritesKeepEveryOtherByte) {
-  TempDir dir;
-  const std::string ini = dir / "app.ini";
-  const std::string original = "; settings\n[One]\r\na = 1\r\n\r\n; tail\r[Two]\nb=2";
-  TempDir::Write(ini, original);
-  PosixProfileStore store;
-  const std::string v = "9";
-  ASSERT_TRUE(store.WriteString("one", "A", &v, ini));
-  EXPECT_EQ(TempDir::Read(ini), "; settings\n[One]\r\nA=9\r\n\r\n; tail\r[Two]\nb=2");
-  ASSERT_TRUE(store.WriteString("Two", "c", &v, ini));
-  EXPECT_EQ(TempDir::Read(ini), "; settings\n[One]\r\nA=9\r\n\r\n; tail\r[Two]\nb=2\r\nc=9\r\n");
-  ASSERT_TRUE(store.WriteString("One", "a", nullptr, ini));
-  EXPECT_EQ(TempDir::Read(ini), "; settings\n[One]\r\n\r\n; tail\r[Two]\nb=2\r\nc=9\r\n");
-  const std::string bad = "x\r\n[Evil]";
-  EXPECT_FALSE(store.WriteString("One", "a", &bad, ini));  // would split the line
-  EXPECT_EQ(Get(store, ini, "Evil", "a"), "<none>");
 }
 
 TEST(ProfileStoreTest, RepeatedLookUpsParseOnceAndNeverServeAStaleFile) {
@@ -58,55 +37,8 @@ TEST(ProfileStoreTest, RepeatedLookUpsParseOnceAndNeverServeAStaleFile) {
   struct timespec times[2] = {{0, UTIME_OMIT}, {0, UTIME_NOW}};
   ::utimensat(AT_FDCWD, ini.c_str(), times, 0);
   EXPECT_EQ(Get(store, ini, "S", "k"), "2");
-  // Our own write is served without reading the file again.
-  const std::string v = "3";
-  ASSERT_TRUE(store.WriteString("S", "k", &v, ini));
-  const auto parses = store.cache().parses();
-  EXPECT_EQ(Get(store, ini, "S", "k"), "3");
-  EXPECT_EQ(store.cache().parses(), parses);
   ::unlink(ini.c_str());
   EXPECT_EQ(Get(store, ini, "S", "k"), "<none>");
-}
-
-TEST(ProfileStoreTest, BareNamesAndTheSystemProfileLiveInTheConfigDirectory) {
-  TempDir dir;
-  ::setenv("XDG_CONFIG_HOME", (dir / "config").c_str(), 1);
-  Tolva2011Register c(platform::LinuxServices());
-  c.FileWriteProfileString("bare.ini", "S", "k", "v");
-  EXPECT_EQ(TempDir::Read(dir / "config/bare.ini"), "[S]\r\nk=v\r\n");
-  EXPECT_EQ(c.FileReadProfileString("bare.ini", "s", "K"), "v");
-  EXPECT_EQ(c.WinDirectory(), dir / "config\\");
-  TempDir::Write(dir / "config/win.ini", "[Extensions]\r\ntxt=notepad ^.txt\r\n");
-  PosixProfileStore store;
-  std::string out;
-  EXPECT_EQ(store.GetSystemString("extensions", "TXT", "", out, 1024), 13u);
-  EXPECT_EQ(out, "notepad ^.txt");
-  ::unsetenv("XDG_CONFIG_HOME");
-}
-
-TEST(ProfileStoreTest, MissingFilesAreCreatedBadOnesGiveDefaultsAndPermissionsAreKept) {
-  TempDir dir;
-  PosixProfileStore store;
-  const std::string ini = dir / "new.ini", v = "v";
-  std::string back = ini;
-  std::replace(back.begin(), back.end(), '/', '\\');
-  EXPECT_TRUE(store.WriteString("Sec", "key", nullptr, back));  // deleting from nothing creates nothing
-  EXPECT_EQ(::access(ini.c_str(), F_OK), -1);
-  ASSERT_TRUE(store.WriteString("Sec", "key", &v, back));
-  EXPECT_EQ(TempDir::Read(ini), "[Sec]\r\nkey=v\r\n");
-  ::chmod(ini.c_str(), 0604);
-  ASSERT_TRUE(store.WriteString("Sec", "other", &v, ini));
-  struct stat st {};
-  ASSERT_EQ(::stat(ini.c_str(), &st), 0);
-  EXPECT_EQ(st.st_mode & 0777, 0604u);
-
-  ::mkdir((dir / "adir.ini").c_str(), 0755);
-  EXPECT_EQ(Get(store, dir / "adir.ini", "S", "k"), "<none>");
-  EXPECT_FALSE(store.WriteString("S", "k", &v, dir / "adir.ini"));
-  EXPECT_FALSE(store.WriteString("S", "k", &v, dir / "missing/dir/x.ini"));
-  EXPECT_EQ(Get(store, "", "S", "k", "  d  "), "d");
-  TempDir::Write(dir / "nul.ini", std::string("[S]\0\r\nk=a\0b\r\n", 13));
-  EXPECT_EQ(Get(store, dir / "nul.ini", "S", "k"), "a");
 }
 
 // The key and value of writer `w`'s `i`th write, with values of many lengths.

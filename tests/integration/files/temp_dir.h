@@ -1,5 +1,4 @@
-// A fresh directory under the test home's temporary directory, removed with
-// everything in it when the test ends.
+// A fresh directory in the test home's temporary directory, removed with all in it at the end.
 #ifndef TOLVA_TESTS_INTEGRATION_FILES_TEMP_DIR_H_
 #define TOLVA_TESTS_INTEGRATION_FILES_TEMP_DIR_H_
 
