@@ -169,29 +169,6 @@ TEST_P(FtpMembers, BufferedTransfersReportProgressAndStop) {
   EXPECT_EQ(got, 10);
 }
 
-// A file larger than a Long can count moves whole; the host's counters stop at the largest Long instead
-// of wrapping into negative sizes. The sizes live in the component, so one server is enough.
-TEST_P(FtpMembers, AFileOfMoreThanTwoGiBMovesWholeWithClampedCounters) {
-  if (!OnlyOnce()) GTEST_SKIP() << "measured against pyftpdlib only";
-  const std::uint64_t size = (std::uint64_t{9} << 28) + 12345;  // 2.25 GiB and a bit
-  Write(root / "huge.bin", "");
-  fs::resize_file(root / "huge.bin", size);  // sparse: no disk spent on the server's side
-  Open();
-  Long last_done = 0;
-  bool sane = true;
-  host.on_progress = [&](Long done, Long total) {
-    sane = sane && done >= last_done && total == 2147483647;
-    last_done = done;
-  };
-  EXPECT_EQ(c->FTPSessionGetBuffered("huge.bin", Local("huge.bin"), kFalse, msg, 8 << 20), kTrue) << msg;
-  EXPECT_TRUE(sane) << "progress went backwards, or the total was not the largest Long";
-  EXPECT_EQ(last_done, 2147483647);
-  std::error_code ec;
-  EXPECT_EQ(fs::file_size(Local("huge.bin"), ec), size);
-  fs::remove(Local("huge.bin"), ec);
-  EXPECT_EQ(c->FTPSessionTest(msg), kTrue) << msg;
-}
-
 // A local disk that fills up mid-download, played by a file-size limit (writes past it fail as on a full
 // disk): the get fails with a clear text, the old file stays, no partial file is left, the session goes on.
 TEST_P(FtpMembers, ADiskThatFillsUpFailsTheGetAndKeepsTheOldFile) {
