@@ -10,10 +10,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -198,7 +197,6 @@ for _ in range(100):
 else:
     sys.exit(1)
 ftp.login(user, password)
-ftp.pwd()
 )PY";
 
 bool Probe(std::uint16_t port, const std::string& user, const std::string& password) {
@@ -244,17 +242,15 @@ std::string WhyNot(FtpServerKind kind) {
   return FtpServer::Start(kind, &why) ? "" : "does not start here: " + why.substr(0, why.find('\n'));
 }
 
-// A test process that was killed leaves its vsftpd login service behind: remove those whose password
-// database went with their server.
+// vsftpd's login services are named after the test process, so one left behind by a process that was
+// killed is recognised by its pid and removed.
+constexpr const char* kPamPrefix = "tolva-vsftpd-";
 void RemoveStaleVsftpdServices() {
   std::error_code ec;
   for (const auto& entry : fs::directory_iterator("/etc/pam.d", ec)) {
-    if (entry.path().filename().string().rfind("tolva-tolva-ftpd-vsftpd-", 0) != 0) continue;
-    const std::string text = ReadWholeFile(entry.path().string());
-    const std::size_t at = text.find("db=");
-    if (at == std::string::npos) continue;
-    const std::string db = text.substr(at + 3, text.find_first_of(" \n", at) - at - 3);
-    if (::access((db + ".db").c_str(), F_OK) != 0) ::unlink(entry.path().c_str());
+    const std::string name = entry.path().filename().string();
+    if (name.rfind(kPamPrefix, 0) == 0 && ::kill(std::atoi(name.c_str() + std::strlen(kPamPrefix)), 0) != 0)
+      ::unlink(entry.path().c_str());
   }
 }
 
@@ -446,9 +442,8 @@ bool FtpServer::Launch(std::string* why) {
         *why = "perl DB_File could not write the password database";
         return false;
       }
-      // PAM looks services up by their lower-case name.
-      std::string service = "tolva-" + fs::path(work_).filename().string();
-      std::transform(service.begin(), service.end(), service.begin(), [](unsigned char c) { return std::tolower(c); });
+      static int servers = 0;
+      const std::string service = kPamPrefix + std::to_string(::getpid()) + "-" + std::to_string(++servers);
       pam_service_file_ = "/etc/pam.d/" + service;
       if (!WriteWholeFile(pam_service_file_,
                           "auth required pam_userdb.so db=" + users + "\naccount required pam_permit.so\n")) {
