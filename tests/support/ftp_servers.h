@@ -77,9 +77,8 @@ class FtpServer {
 //   a multi-line greeting; split_replies: replies go out three bytes a packet; multiline: PWD and CWD
 //   answer in several lines; stall_on {"VERB": seconds} before answering it; drop_on ["VERB", ...]:
 //   close the control connection on it; no_epsv: EPSV is refused, so clients fall back to PASV;
-//   files {"name": "latin-1 content"} for RETR; retr_mode "drop_data"
-//   (half, then 426) | "stall" (half, then silence);
-//   stor_mode "drop_data" (426 after 64 KiB).
+//   files {"name": "latin-1 content"} for RETR; retr_mode "drop_data" (half, then 426) | "stall" (half,
+//   then silence); stor_mode "drop_data" (426 after 64 KiB).
 class MisbehavingFtpd {
  public:
   static std::unique_ptr<MisbehavingFtpd> Start(const std::string& scenario_json, std::string* why = nullptr);
