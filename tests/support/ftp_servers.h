@@ -1,11 +1,9 @@
 // Real FTP servers for tests. Each runs as a child process on 127.0.0.1 with its own temporary root and
 // user ("tolva" / "tolva-pw"), and is stopped by its process id when the object goes away.
-// AvailableFtpServers() gives the kinds that run here: pyftpdlib and proftpd always, vsftpd and pure-ftpd
-// as root when scripts/install.d/ftp-daemons.sh unpacked them ($TOLVA_FTPD_DIR, else /opt/tolva-ftpd).
-// vsftpd logs its user in through a PAM service of its own (/etc/pam.d/tolva-...), removed with the
-// server. Each kind left out is named once in a NOTICE line. A table runs against every kind with
-//   INSTANTIATE_TEST_SUITE_P(Servers, T, ValuesIn(AvailableFtpServers()),
-//                            [](const auto& i) { return FtpServerName(i.param); });
+// AvailableFtpServers() gives the kinds that start and log their user in here: vsftpd and pure-ftpd need
+// root and scripts/install.d/ftp-daemons.sh ($TOLVA_FTPD_DIR, else /opt/tolva-ftpd). Each kind left out
+// is named once in a NOTICE line. vsftpd logs its user in through a PAM service of its own
+// (/etc/pam.d/tolva-...), removed with the server.
 #ifndef TOLVA_TESTS_SUPPORT_FTP_SERVERS_H_
 #define TOLVA_TESTS_SUPPORT_FTP_SERVERS_H_
 
@@ -21,7 +19,6 @@ namespace tolva::testing {
 
 enum class FtpServerKind { kPyftpdlib, kProftpd, kVsftpd, kPureFtpd };
 
-// "pyftpdlib", "proftpd", "vsftpd", "pure_ftpd".
 std::string FtpServerName(FtpServerKind kind);
 std::vector<FtpServerKind> AvailableFtpServers();
 
@@ -63,8 +60,8 @@ class FtpServer {
  private:
   FtpServer() = default;
   bool Launch(std::string* why);
-  // Runs the daemon `command` gives for a free port until one greets (a port picked free may be taken
-  // before the daemon binds it).
+  // Runs the daemon `command` gives for a free port until it logs the user in (a port picked free may be
+  // taken before the daemon binds it).
   bool SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command);
 
   FtpServerKind kind_ = FtpServerKind::kPyftpdlib;
@@ -80,17 +77,13 @@ class FtpServer {
 //   a multi-line greeting; split_replies: replies go out three bytes a packet; multiline: PWD and CWD
 //   answer in several lines; stall_on {"VERB": seconds} before answering it; drop_on ["VERB", ...]:
 //   close the control connection on it; no_epsv: EPSV is refused, so clients fall back to PASV;
-//   listing: text for LIST; list_mode "drop_data" (half, then 426) | "drop_control" (part, then the
-//   control connection closes); files {"name": "latin-1 content"} for RETR; retr_mode "drop_data"
-//   (half, then 426) | "stall" (half, then silence) | "extra" (150 announces fewer bytes than it sends);
-//   stor_mode "drop_data" (426 after 64 KiB).
+//   files {"name": "latin-1 content"} for RETR; retr_mode "drop_data" (half, then 426) | "stall" (half,
+//   then silence); stor_mode "drop_data" (426 after 64 KiB).
 class MisbehavingFtpd {
  public:
   static std::unique_ptr<MisbehavingFtpd> Start(const std::string& scenario_json, std::string* why = nullptr);
   ~MisbehavingFtpd();
   std::string HostPort() const { return "127.0.0.1:" + std::to_string(port_); }
-  // The verb of every command received so far, in order, over all connections.
-  std::vector<std::string> Verbs() const;
 
  private:
   std::string work_;

