@@ -118,6 +118,8 @@ class Tolva2011Register {
                             Boolean TestSizes = kTrue, Boolean TestData = kFalse, Long TestDataBytes = 100000) noexcept;
   std::string FileReadProfileString(const std::string& FilePath, const std::string& Section, const std::string& Key,
                                     const std::string& Default = "") noexcept;
+  // An empty Value deletes the key; a deletion from a profile that does not exist
+  // creates it, empty. The write is atomic and leaves no other file beside the profile.
   void FileWriteProfileString(const std::string& FilePath, const std::string& Section, const std::string& Key,
                               const std::string& Value) noexcept;
   Boolean KillFile(const std::string& FilePath, std::string& ErrorMessage) noexcept;
@@ -169,7 +171,9 @@ class Tolva2011Register {
   Boolean ReadFileToArrayGetSize(const std::string& FilePath, Long& ActualRows, Long& ActualColumns,
                                  std::string& ErrorMessage, const std::string& Delimiter = ",",
                                  Long TestRows = 0) noexcept;
-  // "Reads a text file to a CSV database."
+  // "Reads a text file to a CSV database." NumberRecords and NumberFields describe the ranges asked for
+  // (LastRecord - FirstRecord + 1, LastField - FirstField + 1): a reversed range gives a negative count and
+  // stores nothing.
   Boolean ReadFileToCSVDatabase(const std::string& FilePath, HostArray<std::string>& FieldNames,
                                 HostArray<std::string>& FieldValues, Long FirstRecord, Long LastRecord, Long FirstField,
                                 Long LastField, Long& NumberRecords, Long& NumberFields, std::string& ErrorMessage,
@@ -222,6 +226,8 @@ class Tolva2011Register {
   Boolean FTPSessionDirectoryExists(const std::string& Directory) noexcept;
 
   // ---- FTP finding, listing and deleting --------------------------------
+  // Entries come as the server names them: "." and ".." that a server lists are counted, reported and stored
+  // as directories.
   Long FTPSessionFileFind(const std::string& FileMask, std::string& ErrorMessage) noexcept;
   Boolean FTPSessionFileFindCount(const std::string& FileMask, Long& NumberFiles, Long& NumberDirectories,
                                   std::string& ErrorMessage) noexcept;
@@ -244,6 +250,8 @@ class Tolva2011Register {
   Boolean FTPSessionGetAuto(const std::string& RemoteFile, const std::string& LocalFile,
                             std::string& ErrorMessage) noexcept;
   std::string FTPSessionGetAutoAscii() const noexcept;
+  // Gets every matching file into LocalDirectory. A listed name that is empty, ".", "..", or holds "/", "\\" or
+  // a NUL is never made a local path: FTPSessionFileDownloaded reports it with Success false.
   Boolean FTPSessionGetMask(const std::string& FileMask, const std::string& LocalDirectory,
                             std::string& ErrorMessage) noexcept;
   Boolean FTPSessionPut(const std::string& LocalFile, const std::string& RemoteFile, Boolean AsciiFile,

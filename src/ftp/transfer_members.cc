@@ -95,6 +95,7 @@ Boolean Tolva2011Register::FTPSessionGetMask(const std::string& FileMask, const 
     // needs the connection to itself.
     std::vector<std::string> names;  // as listed, NULs and all, so the guard sees them
     names.reserve(static_cast<std::size_t>(files));
+    std::size_t kept = 0;  // files among the names, at most the number counted
     std::string unused_message;
     bool listed = false;
     ftp::RemoteSearch(*this, *s_)
@@ -102,7 +103,15 @@ Boolean Tolva2011Register::FTPSessionGetMask(const std::string& FileMask, const 
             *mask, "FTPSessionFileFindCount", ftp::RemoteSearch::Order::kYieldThenReport, unused_message,
             [&](const ftp::DecodedEntry& e, const platform::FindData& raw) {
               listed = true;
-              if (!e.directory && names.size() < static_cast<std::size_t>(files)) {
+              if (!e.directory) {
+                if (kept < static_cast<std::size_t>(files)) {
+                  names.push_back(raw.name);
+                  ++kept;
+                }
+              } else if (raw.name == "." || raw.name == "..") {
+                // Other directories are passed over in silence; these two
+                // are names a careless client would write through, so the
+                // host hears that they were refused.
                 names.push_back(raw.name);
               }
               return true;

@@ -71,17 +71,19 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
     textdata::LineCursor& cursor = input.cursor();
     textdata::RowSplitter& splitter = input.splitter();
 
-    // The counts describe the ranges asked for, not what the file holds. A
-    // range whose first lies after its last holds nothing: 0, not a negative count.
+    // The counts describe the ranges asked for, not what the file holds, and
+    // are the plain differences of the arguments: a reversed range gives a
+    // negative count (3 to 1 is -1) and stores nothing. Hosts size their
+    // loops from these counts, so the classic arithmetic is kept.
     std::int64_t first_record = 1;
     std::int64_t last_record = 0;  // no record is stored
     std::int64_t records = 0;
     if (LastRecord > 0) {
       last_record = LastRecord;
       first_record = FirstRecord < 2 ? 1 : FirstRecord;
-      records = std::max<std::int64_t>(0, last_record - first_record + 1);
+      records = last_record - first_record + 1;
     }
-    const std::int64_t fields = std::max<std::int64_t>(0, std::int64_t{LastField} - FirstField + 1);
+    const std::int64_t fields = std::int64_t{LastField} - FirstField + 1;
     const std::int64_t first_field = std::max<Long>(FirstField, 1);
     NumberRecords = textdata::ToLong(records);
     NumberFields = textdata::ToLong(fields);

@@ -1,5 +1,6 @@
 #include "platform/linux/profile_store_posix.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -7,6 +8,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <string_view>
 
 #include "files/wildcard.h"
 #include "platform/linux/file_system_posix.h"
@@ -57,6 +59,76 @@ void MakeDirectories(const std::string& dir) {
     if (i == dir.size() || dir[i] == '/') ::mkdir(dir.substr(0, i).c_str(), 0777);
 }
 
+// ".<profile>.<pid>.<n>.tmp": hidden, and recognisable as ours.
+std::string TemporaryName(const std::string& profile, int attempt) {
+  char suffix[48];
+  std::snprintf(suffix, sizeof suffix, ".%x.%llx.tmp", static_cast<unsigned>(::getpid()),
+                static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()) +
+                    static_cast<unsigned long long>(attempt));
+  return "." + profile + suffix;
+}
+
+// Removes the temporary files of writers of this profile that were killed
+// between naming their file and renaming it. Called under the directory's
+// lock, when no other writer of ours is at work.
+void RemoveStaleTemporaries(int directory_fd, const std::string& profile) {
+  const int fd = ::dup(directory_fd);
+  if (fd < 0) return;
+  DIR* dir = ::fdopendir(fd);
+  if (!dir) {
+    ::close(fd);
+    return;
+  }
+  const std::string prefix = "." + profile + ".";
+  while (const dirent* e = ::readdir(dir)) {
+    const std::string_view n(e->d_name);
+    if (n.size() > prefix.size() + 4 && n.substr(0, prefix.size()) == prefix && n.substr(n.size() - 4) == ".tmp" &&
+        n.find_first_not_of("0123456789abcdef.", prefix.size()) == n.size() - 3) {
+      (void)::unlinkat(directory_fd, e->d_name, 0);
+    }
+  }
+  ::closedir(dir);
+}
+
+// Writes `bytes` to a new file in `folder` named after `profile`, flushed to
+// the device, with the permissions of `keep` when given; `temp` receives its
+// path and `written` its identity. An anonymous file (O_TMPFILE) gets its name
+// only once it is complete, so a writer killed while writing leaves nothing
+// behind; where the file system or /proc cannot do that, the caller asks
+// again for a named one. A failed attempt leaves no file.
+bool WriteTemporary(const std::string& folder, const std::string& profile, const std::string& bytes,
+                    const struct stat* keep, bool anonymous, std::string& temp, struct stat& written) {
+  int raw = -1;
+  if (anonymous) {
+    raw = ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    temp = folder + "/" + TemporaryName(profile, 0);
+  } else {
+    for (int attempt = 0; attempt < 100 && raw < 0; ++attempt) {
+      temp = folder + "/" + TemporaryName(profile, attempt);
+      raw = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      if (raw < 0 && errno != EEXIST) return false;
+    }
+  }
+  if (raw < 0) return false;
+  Fd out(raw);
+  bool named = !anonymous;
+  auto fail = [&] {
+    if (named) ::unlink(temp.c_str());
+    return false;
+  };
+  if (keep) {
+    (void)::fchmod(out.get(), keep->st_mode & 07777);  // the profile keeps its permissions
+    (void)::fchown(out.get(), keep->st_uid, keep->st_gid);
+  }
+  if (!WriteFully(out.get(), bytes) || ::fsync(out.get()) != 0 || ::fstat(out.get(), &written) != 0) return fail();
+  if (anonymous) {
+    const std::string self = "/proc/self/fd/" + std::to_string(out.get());
+    if (::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, temp.c_str(), AT_SYMLINK_FOLLOW) != 0) return false;
+    named = true;
+  }
+  return out.Close() || fail();
+}
+
 std::size_t Answer(std::string_view text, std::string& out, std::size_t buffer_size) {
   // At most buffer_size - 1 characters, as a C buffer with its NUL would hold.
   const std::size_t room = buffer_size ? buffer_size - 1 : 0;
@@ -104,12 +176,14 @@ bool PosixProfileStore::WriteString(const std::string& section, const std::strin
   if (name.empty()) return false;
   if (files::ToPlatformPath(file).find('/') == std::string::npos) MakeDirectories(dir);
 
-  // One writer at a time, across processes: the lock lives in its own file
-  // beside the profile because the profile itself is replaced by rename.
-  Fd lock(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-  if (lock.get() < 0) return false;
-  while (::flock(lock.get(), LOCK_EX) != 0)
+  // One writer at a time, across processes. The profile is replaced by
+  // rename, so it cannot hold the lock; its directory can, and a lock there
+  // leaves no file beside the profile for the user to find.
+  Fd directory(::open(dir.empty() ? "." : dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (directory.get() < 0) return false;
+  while (::flock(directory.get(), LOCK_EX) != 0)
     if (errno != EINTR) return false;
+  RemoveStaleTemporaries(directory.get(), name);
 
   // Re-read under the lock: another process may have written since our last look.
   struct stat st {};
@@ -122,48 +196,32 @@ bool PosixProfileStore::WriteString(const std::string& section, const std::strin
     auto current = ProfileCache::Load(path, id, error);
     if (!current) return false;
     bytes = current->bytes();
-  } else if (!value) {
-    return true;  // deleting from a file that does not exist: nothing to do
   }
   bool changed = false;
   const std::string updated = files::ProfileFile(std::move(bytes)).WithValue(section, key, value, changed);
-  if (!changed) return true;
+  // A deletion from a file that does not exist still makes the file, empty,
+  // as the classic profile API does.
+  if (!changed && exists) return true;
 
   // The new file is written beside the old one, flushed to the device and
   // renamed over it: a crash leaves either the old file or the new one.
+  const std::string folder = dir.empty() ? "." : dir;
   std::string temp;
-  int raw = -1;
-  for (int attempt = 0; attempt < 100 && raw < 0; ++attempt) {
-    char suffix[48];
-    std::snprintf(suffix, sizeof suffix, ".%x.%llx.tmp", static_cast<unsigned>(::getpid()),
-                  static_cast<unsigned long long>(std::chrono::steady_clock::now().time_since_epoch().count()) +
-                      static_cast<unsigned long long>(attempt));
-    temp = (dir.empty() ? "" : dir + "/") + "." + name + suffix;
-    raw = ::open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (raw < 0 && errno != EEXIST) return false;
-  }
-  if (raw < 0) return false;
-  Fd out(raw);
+  struct stat written {};
+  if (!WriteTemporary(folder, name, updated, exists ? &st : nullptr, /*anonymous=*/true, temp, written) &&
+      !WriteTemporary(folder, name, updated, exists ? &st : nullptr, /*anonymous=*/false, temp, written))
+    return false;
   struct Unlinker {
     const std::string* path;
     ~Unlinker() {
       if (path) ::unlink(path->c_str());
     }
   } cleanup{&temp};
-  if (exists) {
-    (void)::fchmod(out.get(), st.st_mode & 07777);  // the profile keeps its permissions
-    (void)::fchown(out.get(), st.st_uid, st.st_gid);
-  }
-  if (!WriteFully(out.get(), updated) || ::fsync(out.get()) != 0) return false;
-  struct stat written {};
-  const bool have_identity = ::fstat(out.get(), &written) == 0;
-  if (!out.Close()) return false;
   if (::rename(temp.c_str(), path.c_str()) != 0) return false;
   cleanup.path = nullptr;
   // The rename itself must reach the device too, before the write counts as done.
-  Fd directory(::open(dir.empty() ? "." : dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (directory.get() >= 0) (void)::fsync(directory.get());
-  if (have_identity) cache_.Put(path, FileIdentity::Of(written), std::make_shared<const files::ProfileFile>(updated));
+  (void)::fsync(directory.get());
+  cache_.Put(path, FileIdentity::Of(written), std::make_shared<const files::ProfileFile>(updated));
   return true;
 }
 

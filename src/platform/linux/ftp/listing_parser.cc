@@ -76,10 +76,6 @@ bool ValidDate(int year, int month, int day) {
   return year >= 1601 && year <= 9999 && month >= 1 && month <= 12 && day >= 1 && day <= 31;
 }
 
-bool IsSelfOrParent(std::string_view name) {
-  return name == "." || name == "..";
-}
-
 }  // namespace
 
 bool ListingParser::ParseMlsdLine(std::string_view line, FindData& entry) const noexcept {
@@ -100,8 +96,11 @@ bool ListingParser::ParseMlsdLine(std::string_view line, FindData& entry) const 
       std::string_view key = fact.substr(0, eq), value = fact.substr(eq + 1);
       if (EqualsIgnoreCase(key, "type")) {
         typed = true;
-        if (EqualsIgnoreCase(value, "cdir") || EqualsIgnoreCase(value, "pdir")) return false;
-        e.attributes = EqualsIgnoreCase(value, "dir") ? kFileAttributeDirectory : kFileAttributeNormal;
+        // The listed directory itself (cdir) and its parent (pdir) are
+        // directories like any other: a host counts what the server lists.
+        const bool directory =
+            EqualsIgnoreCase(value, "dir") || EqualsIgnoreCase(value, "cdir") || EqualsIgnoreCase(value, "pdir");
+        e.attributes = directory ? kFileAttributeDirectory : kFileAttributeNormal;
       } else if (EqualsIgnoreCase(key, "size")) {
         ToUint64(value, e.size);
       } else if (EqualsIgnoreCase(key, "modify")) {
@@ -245,7 +244,7 @@ std::vector<FindData> ListingParser::ParseListing(std::string_view text, bool ml
       if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
       FindData entry;
       const bool ok = mlsd ? ParseMlsdLine(line, entry) : ParseListLine(line, entry);
-      if (ok && !IsSelfOrParent(entry.name)) entries.push_back(std::move(entry));
+      if (ok) entries.push_back(std::move(entry));
     }
   } catch (...) {
     // Out of memory on a huge listing: keep what was parsed.

@@ -15,16 +15,17 @@ class ListingParser {
   // `current_year` is given to Unix lines that show a time instead of a year.
   explicit ListingParser(int current_year) noexcept : current_year_(current_year) {}
 
-  // One MLSD line ("type=file;size=3;modify=20200102030405; name"). False for
-  // lines that are not entries: the directory itself and its parent
-  // (cdir/pdir), lines without facts or name, garbage.
+  // One MLSD line ("type=file;size=3;modify=20200102030405; name"). The
+  // directory itself and its parent (cdir/pdir) are directory entries under
+  // the names the server gives them. False for lines without facts or name.
   bool ParseMlsdLine(std::string_view line, FindData& entry) const noexcept;
   // One LIST line in Unix or DOS style. False for "total N", blank and
   // unrecognised lines.
   bool ParseListLine(std::string_view line, FindData& entry) const noexcept;
 
   // A whole listing (LF or CR LF line ends). Names are kept as the server
-  // wrote them, except the "." and ".." entries, which name no file.
+  // wrote them, "." and ".." included: whether a name may become a local
+  // path is decided where one is made.
   std::vector<FindData> ParseListing(std::string_view text, bool mlsd) const noexcept;
 
  private:
