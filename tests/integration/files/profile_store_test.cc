@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 #include "files/profile_file.h"
 #include "integration/files/temp_dir.h"
@@ -23,6 +26,24 @@ std::string Get(PosixProfileStore& store, const std::string& file, const std::st
   std::string out;
   store.GetString(section, key, def, out, 1024, file);
   return out;
+}
+
+// The names in `dir`, in order: a profile write leaves nothing but the profile.
+std::string Names(const TempDir& dir) {
+  std::vector<std::string> names;
+  for (const auto& e : std::filesystem::directory_iterator(dir / "")) names.push_back(e.path().filename());
+  std::sort(names.begin(), names.end());
+  std::string out;
+  for (const auto& n : names) out += n + " ";
+  return out;
+}
+
+TEST(ProfileStoreTest, DeletingFromAMissingProfileCreatesItEmpty) {
+  TempDir dir;
+  PosixProfileStore store;
+  EXPECT_TRUE(store.WriteString("S", "k", nullptr, dir / "new.ini"));
+  EXPECT_EQ(Names(dir), "new.ini ");
+  EXPECT_EQ(TempDir::Read(dir / "new.ini"), "");
 }
 
 TEST(ProfileStoreTest, RepeatedLookUpsParseOnceAndNeverServeAStaleFile) {
@@ -88,6 +109,12 @@ TEST(ProfileStoreKillTest, AKilledWriterLosesNoAcknowledgedValue) {
       EXPECT_EQ(std::string(*value), Value(i));
     }
   }
+  // A writer killed in the instant between naming its new file and renaming
+  // it leaves that file; the next writer clears it.
+  PosixProfileStore store;
+  const std::string value = "last";
+  ASSERT_TRUE(store.WriteString("Even", "after", &value, ini));
+  EXPECT_EQ(Names(dir), "kill.ini ");
 }
 
 TEST(ProfileStoreKillTest, ProcessesWritingAtOnceLoseNoUpdate) {
@@ -119,6 +146,7 @@ TEST(ProfileStoreKillTest, ProcessesWritingAtOnceLoseNoUpdate) {
       ASSERT_TRUE(value.has_value()) << w << " " << i;
       EXPECT_EQ(std::string(*value), Value(w * 1000 + i));
     }
+  EXPECT_EQ(Names(dir), "shared.ini ") << "the writers' lock is held where nobody sees a file";
 }
 
 }  // namespace

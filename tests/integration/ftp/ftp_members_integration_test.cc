@@ -52,6 +52,14 @@ TEST_P(FtpMembers, SessionsDirectoriesAndTransfers) {
   EXPECT_EQ(ReadWholeFile(local + "/text.txt"), "one\r\ntwo\r\n");
   ASSERT_EQ(c.FTPSessionPut(local + "/bin.dat", "back.dat", kFalse, msg), kTrue) << msg;
   EXPECT_EQ(ReadWholeFile(root + "/back.dat"), binary);
+  // A mask download takes the files and refuses the "." and ".." that some
+  // servers list, writing nothing outside its directory.
+  fs::create_directory(local + "/dl");
+  ASSERT_EQ(c.FTPSessionGetMask("*", local + "/dl", msg), kTrue) << msg;
+  EXPECT_EQ(ReadWholeFile(local + "/dl/back.dat"), binary);
+  EXPECT_EQ(std::distance(fs::directory_iterator(local + "/dl"), {}), 2);
+  const bool dots = GetParam() == FtpServerKind::kProftpd || GetParam() == FtpServerKind::kPureFtpd;
+  EXPECT_EQ(msg.find("not a safe local file name") != std::string::npos, dots) << msg;
   c.FTPSessionClose();
   EXPECT_EQ(c.FTPSessionTest(msg), kFalse);
   ASSERT_EQ(c.FTPGetBinaryFile(h, server->User(), server->Password(), "back.dat", local + "/x", msg), kTrue) << msg;

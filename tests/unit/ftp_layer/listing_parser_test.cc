@@ -59,6 +59,8 @@ TEST(ListingParserTest, Lines) {
       {true, "type=file;size=1; semi;colon", "f 1 - [semi;colon]", "MLSD semicolon in name, no date"},
       {true, "type=file;modify=20201340000000; bad date", "f 0 - [bad date]", "MLSD impossible date dropped"},
       {true, "type=file; ", "", "MLSD empty name"},
+      {true, "type=cdir;modify=20200102030405; .", "d 0 2020-01-02 03:04:05 [.]", "MLSD directory itself kept"},
+      {true, "type=pdir; ..", "d 0 - [..]", "MLSD parent kept"},
   };
   const ListingParser parser(kThisYear);
   for (const auto& row : rows) {
@@ -68,7 +70,7 @@ TEST(ListingParserTest, Lines) {
   }
 }
 
-TEST(ListingParserTest, WholeListingsSplitLinesAndDropSelfAndParent) {
+TEST(ListingParserTest, WholeListingsSplitLinesAndKeepEveryEntryAsNamed) {
   const ListingParser parser(kThisYear);
   std::vector<std::string> got;
   for (const auto& e : parser.ParseListing("total 3\r\n"
@@ -81,7 +83,10 @@ TEST(ListingParserTest, WholeListingsSplitLinesAndDropSelfAndParent) {
     got.push_back(Describe(e));
   for (const auto& e : parser.ParseListing("type=cdir; /x\r\ntype=file;size=1; .\r\ntype=file;size=1; f\r\n", true))
     got.push_back(Describe(e));
-  const std::vector<std::string> expected = {"f 1 2020-01-05 00:00:00 [a]", "f 2 2020-01-05 00:00:00 [b]", "f 1 - [f]"};
+  const std::vector<std::string> expected = {
+      "d 4096 2026-01-05 12:34:00 [.]", "d 4096 2026-01-05 12:34:00 [..]", "f 1 2020-01-05 00:00:00 [a]",
+      "f 2 2020-01-05 00:00:00 [b]",    "d 0 - [/x]",                       "f 1 - [.]",
+      "f 1 - [f]"};
   EXPECT_EQ(expected, got);
   EXPECT_TRUE(parser.ParseListing("", true).empty());
 }

@@ -130,6 +130,14 @@ TEST_F(ReadersTest, CsvDatabaseCopiesTheRequestedRanges) {
   EXPECT_EQ(std::vector<Long>({number_records, number_fields}), std::vector<Long>({2, 2}));
   EXPECT_EQ(*names.At(1) + "|" + *names.At(2) + "|" + *names.At(3), "Name|Town|~");
   EXPECT_EQ(Grid(values, 4, 3), "Bo, Jr|York\r\nNorth|~/Cy|Hull|~");
+
+  // Reversed ranges are counted from the arguments as given (3 to 1 is -1)
+  // and store nothing.
+  values = Filled(4, 3);
+  names.Store(1, "~");
+  ASSERT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, 3, 1, 3, 1, number_records, number_fields, error), kTrue);
+  EXPECT_EQ(std::vector<Long>({number_records, number_fields}), std::vector<Long>({-1, -1}));
+  EXPECT_EQ(*names.At(1) + *names.At(3) + Grid(values, 4, 3), "~~" + Grid(Filled(4, 3), 4, 3));
 }
 
 TEST_F(ReadersTest, EveryReaderRefusesAnEmptyDelimiterWithOneText) {
