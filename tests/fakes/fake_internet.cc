@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "files/wildcard.h"
+#include "tolva/platform/file_patterns.h"
 
 namespace tolva::fakes {
 
@@ -248,12 +248,12 @@ InternetHandle FakeInternet::FindFirstFile(InternetHandle connection, const std:
   const std::string pattern = mask.empty() ? "*" : mask;
   if (listing_override_) {
     for (const FindData& d : *listing_override_)
-      if (files::MatchWildcard(d.name, pattern)) found.push_back(d);
+      if (platform::MatchWildcard(d.name, pattern)) found.push_back(d);
   } else {
     const std::string dir = c->cwd;
     for (const auto& [path, node] : nodes) {
       if (path == "/" || Parent(path) != dir) continue;
-      if (files::MatchWildcard(Name(path), pattern)) found.push_back(Describe(path, node));
+      if (platform::MatchWildcard(Name(path), pattern)) found.push_back(Describe(path, node));
     }
   }
   if (found.empty()) return Error(platform::kErrorNoMoreFiles), 0;

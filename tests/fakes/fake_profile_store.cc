@@ -1,12 +1,12 @@
 #include "fakes/fake_profile_store.h"
 
-#include "files/profile_file.h"
-#include "files/wildcard.h"
+#include "platform/linux/profiles/profile_file.h"
+#include "tolva/platform/file_patterns.h"
 
 namespace tolva::fakes {
 
 std::string FakeProfileStore::Resolve(const std::string& file) const {
-  std::string p = files::ToPlatformPath(file);
+  std::string p = platform::ToPlatformPath(file);
   if (!p.empty() && p.find('/') == std::string::npos) p = windows_directory + "/" + p;
   return p;
 }
@@ -17,13 +17,13 @@ std::size_t FakeProfileStore::GetString(const std::string& section, const std::s
   const std::size_t room = buffer_size ? buffer_size - 1 : 0;
   auto it = files.find(Resolve(file));
   if (it != files.end()) {
-    const tolva::files::ProfileFile parsed(it->second);
+    const platform::posix::ProfileFile parsed(it->second);
     if (auto v = parsed.Find(section, key)) {
       out.assign(v->substr(0, room));
       return out.size();
     }
   }
-  out.assign(tolva::files::TrimProfileBlanks(default_value).substr(0, room));
+  out.assign(platform::posix::TrimProfileBlanks(default_value).substr(0, room));
   return out.size();
 }
 
@@ -35,8 +35,8 @@ bool FakeProfileStore::WriteString(const std::string& section, const std::string
   auto it = files.find(path);
   if (it == files.end() && !value) return true;
   bool changed = false;
-  std::string updated =
-      tolva::files::ProfileFile(it == files.end() ? std::string() : it->second).WithValue(section, key, value, changed);
+  std::string updated = platform::posix::ProfileFile(it == files.end() ? std::string() : it->second)
+                            .WithValue(section, key, value, changed);
   if (changed) files[path] = std::move(updated);
   return true;
 }

@@ -11,9 +11,9 @@
 #include <set>
 #include <string>
 
-#include "files/profile_file.h"
+#include "platform/linux/profiles/profile_file.h"
 #include "integration/files/temp_dir.h"
-#include "platform/linux/profile_store_posix.h"
+#include "platform/linux/profiles/profile_store_posix.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva::testing_files {
@@ -149,7 +149,7 @@ TEST(ProfileStoreKillTest, AKilledWriterLosesNoAcknowledgedValue) {
     ::close(acks[0]);
     ASSERT_GE(last, 0);
 
-    const files::ProfileFile file(TempDir::Read(ini));
+    const platform::posix::ProfileFile file(TempDir::Read(ini));
     for (int i = 0; i <= last; ++i) {
       const std::string key = "r" + std::to_string(round) + "k" + std::to_string(i);
       const auto value = file.Find(i % 2 ? "odd" : "even", key);
@@ -181,7 +181,7 @@ TEST(ProfileStoreKillTest, TwoProcessesWritingAtOnceLoseNoUpdate) {
     ::waitpid(pid, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   }
-  const files::ProfileFile file(TempDir::Read(ini));
+  const platform::posix::ProfileFile file(TempDir::Read(ini));
   for (int w = 0; w < kWriters; ++w)
     for (int i = 0; i < kKeys; ++i) {
       const auto value = file.Find("Shared", "w" + std::to_string(w) + "k" + std::to_string(i));

@@ -2,7 +2,7 @@
 // threads must come back byte for byte, at every size around the part
 // boundaries, and a file that is shorter or longer than the size asked for
 // must give what it has, never stale or zero bytes.
-#include "platform/linux/whole_file_read.h"
+#include "platform/linux/files/whole_file_read.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/linux_factories.h"
+#include "platform/linux/ftp/poco_internet_library.h"
 #include "support/ftp_servers.h"
 #include "tolva/platform/internet.h"
 

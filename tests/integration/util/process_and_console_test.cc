@@ -14,8 +14,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/console_window_services.h"
-#include "platform/linux/process_launcher.h"
+#include "platform/linux/console/console_window_services.h"
+#include "platform/linux/processes/process_launcher.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva {
