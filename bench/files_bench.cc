@@ -23,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "files/profile_file.h"
+#include "platform/linux/profiles/profile_file.h"
 #include "tolva/tolva2011register.h"
 
 namespace {
@@ -178,7 +178,7 @@ void BM_ProfileReparseReference(benchmark::State& state) {
     const auto& k = keys[pick(rng)];
     std::ifstream in(IniFile(), std::ios::binary);
     std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const tolva::files::ProfileFile file(std::move(bytes));
+    const tolva::platform::posix::ProfileFile file(std::move(bytes));
     benchmark::DoNotOptimize(file.Find(k.first, k.second));
   }
   state.SetItemsProcessed(static_cast<int64_t>(state.iterations()));

@@ -5,7 +5,7 @@
 #include "component/component_state.h"
 #include "files/file_time.h"
 #include "files/text_judge.h"
-#include "files/wildcard.h"
+#include "tolva/platform/file_patterns.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva {
@@ -15,7 +15,7 @@ Boolean Tolva2011Register::FileExists(const std::string& FilePath) noexcept {
     platform::FileSystem* fs = s_->services.files.get();
     if (FilePath.empty() || !fs) return kFalse;
     platform::FileError error;
-    if (!files::HasWildcard(FilePath)) {
+    if (!platform::HasWildcard(FilePath)) {
       // The file must open for reading: one that exists but cannot be read
       // counts as missing, as it always has for hosts.
       auto file = fs->Open(FilePath, platform::OpenMode::kRead, error);

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "files/wildcard.h"
+#include "tolva/platform/file_patterns.h"
 
 namespace tolva::fakes {
 
@@ -64,7 +64,7 @@ FakeFileSystem::FakeFileSystem() {
 }
 
 std::string FakeFileSystem::Normalize(const std::string& path) const {
-  std::string p = files::ToPlatformPath(path);
+  std::string p = platform::ToPlatformPath(path);
   if (p.empty() || p[0] != '/') p = cwd + "/" + p;
   std::vector<std::string> parts;
   for (std::size_t i = 0, j; i <= p.size(); i = j + 1) {
@@ -125,11 +125,11 @@ static DirEntry Entry(const std::string& name, const FakeFileSystem::Node& node)
 bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, std::vector<DirEntry>& out,
                           FileError&) {
   out.clear();
-  const std::string raw = files::ToPlatformPath(pattern);
+  const std::string raw = platform::ToPlatformPath(pattern);
   if (raw.empty()) return true;
   std::string dir, last;
-  files::SplitLastSegment(raw, dir, last);
-  if (!files::HasWildcard(last)) {
+  platform::SplitLastSegment(raw, dir, last);
+  if (!platform::HasWildcard(last)) {
     // An exactly named entry is found whatever its name looks like.
     auto it = nodes.find(Normalize(raw));
     if (it == nodes.end()) return true;
@@ -147,7 +147,7 @@ bool FakeFileSystem::List(const std::string& pattern, std::uint32_t attributes, 
     if (name.find('/') != std::string::npos) continue;
     if (node.directory && !(attributes & platform::kAttrDirectory)) continue;
     if (name[0] == '.' && !(attributes & platform::kAttrHidden)) continue;
-    if (!files::MatchWildcard(name, last)) continue;
+    if (!platform::MatchWildcard(name, last)) continue;
     out.push_back(Entry(name, node));
   }
   return true;
@@ -180,7 +180,7 @@ bool FakeFileSystem::DeleteFiles(const std::string& pattern, FileError& error) {
   if (!List(pattern, platform::kAttrNormal, found, error)) return false;
   if (found.empty()) return Failed(error, FileNotFound());
   std::string dir, last;
-  files::SplitLastSegment(files::ToPlatformPath(pattern), dir, last);
+  platform::SplitLastSegment(platform::ToPlatformPath(pattern), dir, last);
   bool ok = true;
   for (const auto& e : found) {
     const std::string path = Normalize(dir.empty() ? e.name : dir + "/" + e.name);
@@ -250,7 +250,7 @@ bool FakeFileSystem::WriteAll(const std::string& path, const std::string& data, 
 
 bool FakeFileSystem::TempFileName(const std::string& directory, const std::string& prefix, std::string& name,
                                   FileError& error) {
-  std::string dir = files::ToPlatformPath(directory);
+  std::string dir = platform::ToPlatformPath(directory);
   if (!dir.empty() && dir.back() != '/') dir += '/';
   if (Injected(Op::kWrite, Normalize(dir.empty() ? "." : dir), error)) return false;
   if (!IsDirectory(dir.empty() ? "." : dir)) return Failed(error, PathNotFound());

@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "files/wildcard.h"
+#include "tolva/platform/file_patterns.h"
 #include "tolva/platform/file_system.h"
 #include "tolva/platform/internet.h"
 
@@ -96,7 +96,7 @@ class FakeInternet : public platform::InternetLibrary {
     if (!Begin("FindFirst", connection, "", dir, mask)) return 0;
     Handle s{connection};
     for (const platform::FindData& d : listing ? *listing : List(dir))
-      if (files::MatchWildcard(d.name, mask)) s.found.push_back(d);
+      if (platform::MatchWildcard(d.name, mask)) s.found.push_back(d);
     if (s.found.empty()) return Error(platform::kErrorNoMoreFiles), 0;
     data = s.found[s.next++];
     return New(std::move(s));

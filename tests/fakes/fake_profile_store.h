@@ -7,8 +7,8 @@
 #include <map>
 #include <string>
 
-#include "files/profile_file.h"
-#include "files/wildcard.h"
+#include "platform/linux/profiles/profile_file.h"
+#include "tolva/platform/file_patterns.h"
 #include "tolva/platform/profile_store.h"
 
 namespace tolva::fakes {
@@ -21,7 +21,7 @@ class FakeProfileStore : public platform::ProfileStore {
   int writes = 0;
 
   std::string Resolve(const std::string& file) const {
-    const std::string p = files::ToPlatformPath(file);
+    const std::string p = platform::ToPlatformPath(file);
     return !p.empty() && p.find('/') == std::string::npos ? windows_directory + "/" + p : p;
   }
 
@@ -29,9 +29,9 @@ class FakeProfileStore : public platform::ProfileStore {
                         std::string& out, std::size_t buffer_size, const std::string& file) override {
     const std::size_t room = buffer_size ? buffer_size - 1 : 0;
     auto it = files.find(Resolve(file));
-    const tolva::files::ProfileFile parsed(it == files.end() ? std::string() : it->second);
+    const tolva::platform::posix::ProfileFile parsed(it == files.end() ? std::string() : it->second);
     const auto found = parsed.Find(section, key);
-    out.assign(found ? found->substr(0, room) : tolva::files::TrimProfileBlanks(default_value).substr(0, room));
+    out.assign(found ? found->substr(0, room) : tolva::platform::posix::TrimProfileBlanks(default_value).substr(0, room));
     return out.size();
   }
 
@@ -41,7 +41,7 @@ class FakeProfileStore : public platform::ProfileStore {
     auto it = files.find(Resolve(file));
     if (it == files.end() && !value) return true;
     bool changed = false;
-    std::string updated = tolva::files::ProfileFile(it == files.end() ? std::string() : it->second)
+    std::string updated = tolva::platform::posix::ProfileFile(it == files.end() ? std::string() : it->second)
                               .WithValue(section, key, value, changed);
     if (changed) files[Resolve(file)] = std::move(updated);
     return true;

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tolva::platform {
@@ -53,6 +55,26 @@ class File {
   virtual bool Close(FileError& error) = 0;
 };
 
+// The bytes of a whole file, read only, valid for as long as the view lives.
+class FileView {
+ public:
+  virtual ~FileView() = default;
+  FileView() = default;
+  FileView(const FileView&) = delete;
+  FileView& operator=(const FileView&) = delete;
+  virtual std::string_view Bytes() const noexcept = 0;
+};
+
+// A view of bytes held in memory: what FileSystem::ViewAll gives by default.
+class OwnedFileView final : public FileView {
+ public:
+  explicit OwnedFileView(std::string bytes) noexcept : bytes_(std::move(bytes)) {}
+  std::string_view Bytes() const noexcept override { return bytes_; }
+
+ private:
+  std::string bytes_;
+};
+
 enum class OpenMode {
   kRead,          // existing file, read only
   kWriteReplace,  // create or truncate
@@ -85,6 +107,14 @@ class FileSystem {
   // Reads the whole file into `out` (replacing its contents). A file larger
   // than the machine's memory fails with 7 "Out of memory"; a directory with 75.
   virtual bool ReadAll(const std::string& path, std::string& out, FileError& error) = 0;
+  // The whole file as a view for readers that parse it in place, or null
+  // with `error` set, with the failures of ReadAll. By default it is read
+  // into memory; an implementation may map the file instead of copying it.
+  virtual std::unique_ptr<FileView> ViewAll(const std::string& path, FileError& error) {
+    std::string bytes;
+    if (!ReadAll(path, bytes, error)) return nullptr;
+    return std::make_unique<OwnedFileView>(std::move(bytes));
+  }
   // Replaces the file with `data`: written to a temporary file beside it and
   // renamed over it (flushed first when an old file is replaced), keeping its
   // permissions, so a failed write leaves the old file whole. Devices and

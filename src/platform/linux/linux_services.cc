@@ -1,5 +1,11 @@
 // The real services of this platform, bundled for a component.
-#include "platform/linux/linux_factories.h"
+#include "platform/linux/console/console_window_services.h"
+#include "platform/linux/files/file_system_posix.h"
+#include "platform/linux/ftp/poco_internet_library.h"
+#include "platform/linux/processes/process_launcher.h"
+#include "platform/linux/profiles/profile_store_posix.h"
+#include "platform/linux/settings/settings_store_sqlite.h"
+#include "platform/linux/system/system_info.h"
 #include "tolva/platform/services.h"
 
 namespace tolva::platform {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "integration/files/temp_dir.h"
-#include "platform/linux/linux_factories.h"
+#include "platform/linux/files/file_system_posix.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva::testing_files {

@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "files/profile_file.h"
+#include "platform/linux/profiles/profile_file.h"
 #include "integration/files/temp_dir.h"
-#include "platform/linux/profile_store_posix.h"
+#include "platform/linux/profiles/profile_store_posix.h"
 
 namespace tolva::testing_files {
 namespace {
@@ -102,7 +102,7 @@ TEST(ProfileStoreKillTest, AKilledWriterLosesNoAcknowledgedValue) {
     for (int i; ::read(acks[0], &i, sizeof i) == kIntSize;) last = i;
     ::close(acks[0]);
     ASSERT_GE(last, 0);
-    const files::ProfileFile file(TempDir::Read(ini));
+    const platform::posix::ProfileFile file(TempDir::Read(ini));
     for (int i = 0; i <= last; ++i) {
       const auto value = file.Find(i % 2 ? "odd" : "even", Key(round, i));
       ASSERT_TRUE(value.has_value()) << "round " << round << " lost acknowledged write " << i << " of " << last;
@@ -139,7 +139,7 @@ TEST(ProfileStoreKillTest, ProcessesWritingAtOnceLoseNoUpdate) {
     ::waitpid(pid, &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
   }
-  const files::ProfileFile file(TempDir::Read(ini));
+  const platform::posix::ProfileFile file(TempDir::Read(ini));
   for (int w = 0; w < kWriters; ++w)
     for (int i = 0; i < kKeys; ++i) {
       const auto value = file.Find("Shared", Key(w, i));

@@ -1,7 +1,7 @@
 // The whole-file reader on real files: read in parts by several threads, a
 // file comes back byte for byte, and one shorter or longer than the size
 // asked for gives what it has, never stale or zero bytes.
-#include "platform/linux/whole_file_read.h"
+#include "platform/linux/files/whole_file_read.h"
 
 #include <fcntl.h>
 #include <unistd.h>

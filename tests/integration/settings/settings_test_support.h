@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/settings_store_sqlite.h"
+#include "platform/linux/settings/settings_store_sqlite.h"
 #include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/file_system_errors.h"
-#include "platform/linux/message_table.h"
+#include "platform/linux/files/file_system_errors.h"
+#include "platform/linux/system/message_table.h"
 #include "tolva/platform/internet.h"
 #include "tolva/platform/settings_store.h"
 #include "tolva/tolva2011register.h"

@@ -1,13 +1,13 @@
 // The profile line model on raw bytes: what a look-up finds and what an
 // edit leaves behind, byte for byte.
-#include "files/profile_file.h"
+#include "platform/linux/profiles/profile_file.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 
-namespace tolva::files {
+namespace tolva::platform::posix {
 namespace {
 
 struct FindRow {
@@ -64,4 +64,4 @@ TEST(ProfileFileTest, EditsChangeOnlyTheLineConcerned) {
 }
 
 }  // namespace
-}  // namespace tolva::files
+}  // namespace tolva::platform::posix

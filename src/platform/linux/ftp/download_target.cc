@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/linux/page_cache.h"
+#include "platform/linux/files/page_cache.h"
 #include "tolva/platform/internet.h"
 
 namespace tolva::platform::posix::ftp {

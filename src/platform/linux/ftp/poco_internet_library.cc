@@ -23,7 +23,6 @@
 #include "platform/linux/ftp/line_end_converter.h"
 #include "platform/linux/ftp/listing_parser.h"
 #include "platform/linux/ftp/mask_matcher.h"
-#include "platform/linux/linux_factories.h"
 
 namespace tolva::platform::posix {
 

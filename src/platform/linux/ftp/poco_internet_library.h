@@ -57,4 +57,11 @@ class PocoInternetLibrary final : public InternetLibrary {
 
 }  // namespace tolva::platform::posix::ftp
 
+namespace tolva::platform::posix {
+
+// The service of this folder, as linux_services.cc assembles it.
+std::shared_ptr<InternetLibrary> NewInternetLibrary();
+
+}  // namespace tolva::platform::posix
+
 #endif  // TOLVA_SRC_PLATFORM_LINUX_FTP_POCO_INTERNET_LIBRARY_H_
