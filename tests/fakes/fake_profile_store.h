@@ -31,7 +31,8 @@ class FakeProfileStore : public platform::ProfileStore {
     auto it = files.find(Resolve(file));
     const tolva::platform::posix::ProfileFile parsed(it == files.end() ? std::string() : it->second);
     const auto found = parsed.Find(section, key);
-    out.assign(found ? found->substr(0, room) : tolva::platform::posix::TrimProfileBlanks(default_value).substr(0, room));
+    out.assign(found ? found->substr(0, room)
+                     : tolva::platform::posix::TrimProfileBlanks(default_value).substr(0, room));
     return out.size();
   }
 

@@ -109,8 +109,8 @@ TEST_F(Transfers, MaskDownloadsEachSafeFileAndReportsIt) {
   // A listed name never becomes a path outside the chosen directory. The
   // directories "." and ".." are refused aloud; other directories silently.
   net->listing.emplace();
-  for (const std::string& name : std::vector<std::string>{".", "..", "sub", "..", "../evil", "a\\b",
-                                                          std::string("n\0ul", 4), "ok"}) {
+  for (const std::string& name :
+       std::vector<std::string>{".", "..", "sub", "..", "../evil", "a\\b", std::string("n\0ul", 4), "ok"}) {
     platform::FindData d;
     d.attributes = net->listing->size() < 3 ? platform::kFileAttributeDirectory : platform::kFileAttributeNormal;
     d.name = name;
@@ -121,9 +121,9 @@ TEST_F(Transfers, MaskDownloadsEachSafeFileAndReportsIt) {
   net->log.clear();
   host.events.clear();
   EXPECT_EQ(c->FTPSessionGetMask("*", "/dl", msg), kTrue);
-  EXPECT_EQ(Events(), (std::vector<std::string>{"Downloaded . 0", "Downloaded .. 0", "Downloaded .. 0",
-                                                "Downloaded ../evil 0", "Downloaded a\\b 0", "Downloaded n 0",
-                                                "Downloaded ok -1"}));
+  EXPECT_EQ(Events(),
+            (std::vector<std::string>{"Downloaded . 0", "Downloaded .. 0", "Downloaded .. 0", "Downloaded ../evil 0",
+                                      "Downloaded a\\b 0", "Downloaded n 0", "Downloaded ok -1"}));
   EXPECT_EQ(net->Calls("GetFile"), "GetFile ok /dl\\ok 80000002;GetFile ok /dl\\ok 80000001;");
 }
 

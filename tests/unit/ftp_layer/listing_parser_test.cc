@@ -83,10 +83,13 @@ TEST(ListingParserTest, WholeListingsSplitLinesAndKeepEveryEntryAsNamed) {
     got.push_back(Describe(e));
   for (const auto& e : parser.ParseListing("type=cdir; /x\r\ntype=file;size=1; .\r\ntype=file;size=1; f\r\n", true))
     got.push_back(Describe(e));
-  const std::vector<std::string> expected = {
-      "d 4096 2026-01-05 12:34:00 [.]", "d 4096 2026-01-05 12:34:00 [..]", "f 1 2020-01-05 00:00:00 [a]",
-      "f 2 2020-01-05 00:00:00 [b]",    "d 0 - [/x]",                       "f 1 - [.]",
-      "f 1 - [f]"};
+  const std::vector<std::string> expected = {"d 4096 2026-01-05 12:34:00 [.]",
+                                             "d 4096 2026-01-05 12:34:00 [..]",
+                                             "f 1 2020-01-05 00:00:00 [a]",
+                                             "f 2 2020-01-05 00:00:00 [b]",
+                                             "d 0 - [/x]",
+                                             "f 1 - [.]",
+                                             "f 1 - [f]"};
   EXPECT_EQ(expected, got);
   EXPECT_TRUE(parser.ParseListing("", true).empty());
 }
