@@ -23,12 +23,14 @@ inline bool MatchWildcard(std::string_view name, std::string_view pattern) noexc
   // exponential on hostile patterns such as "*a*a*a*a*b".
   std::size_t n = 0, p = 0, star = std::string_view::npos, mark = 0;
   while (n < name.size()) {
-    if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == name[n])) {
-      ++n;
-      ++p;
-    } else if (p < pattern.size() && pattern[p] == '*') {
+    // A "*" in the pattern is always a wildcard, even against a name that
+    // holds a "*" of its own.
+    if (p < pattern.size() && pattern[p] == '*') {
       star = p++;
       mark = n;
+    } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == name[n])) {
+      ++n;
+      ++p;
     } else if (star != std::string_view::npos) {
       p = star + 1;
       n = ++mark;
