@@ -1,7 +1,4 @@
-// The component's events. A host derives from Tolva2011RegisterEvents and
-// overrides the events it handles; every parameter is passed by non-const
-// reference, so a handler may change it and the raising member reads back
-// those it documents (Cancel, for example). The defaults do nothing.
+// The component's events: Tolva2011RegisterEvents.
 #ifndef TOLVA_EVENTS_H_
 #define TOLVA_EVENTS_H_
 

@@ -1,5 +1,4 @@
-// The host container: what the program that embeds the component provides
-// to it. A console host can use the base class as it is (both do nothing).
+// The host container interface: HostContainer.
 #ifndef TOLVA_HOST_CONTAINER_H_
 #define TOLVA_HOST_CONTAINER_H_
 

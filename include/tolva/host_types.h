@@ -13,6 +13,7 @@
 #include <variant>
 #include <vector>
 
+/// The component, the types a host exchanges with it, and the host-side interfaces it calls.
 namespace tolva {
 
 /// The host's Long: a 32-bit signed integer.

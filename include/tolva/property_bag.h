@@ -1,6 +1,5 @@
-// The property bag in which a host form keeps the component's persisted
-// properties. A bag stores a value only when it differs from the default
-// the writer names, so a component saved with all defaults leaves it empty.
+// Property bags for the component's persisted properties: the PropertyBag
+// interface, and bags in memory and in a file.
 #ifndef TOLVA_PROPERTY_BAG_H_
 #define TOLVA_PROPERTY_BAG_H_
 

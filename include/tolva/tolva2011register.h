@@ -1,12 +1,4 @@
 // tolva::Tolva2011Register: the one object a host program embeds.
-//
-// Every member is noexcept: failures come back as results (false, "", 0 or
-// a default) and, where a member has one, as a readable text in its
-// ErrorMessage argument. Booleans are host booleans (true = -1); an option
-// counts as set only when it is exactly -1. Arguments a member may write
-// back are non-const references. Members run on the host's thread; long
-// loops raise events and let the host process pending events between units
-// of work, and may be stopped from the host's handlers.
 #ifndef TOLVA_TOLVA2011REGISTER_H_
 #define TOLVA_TOLVA2011REGISTER_H_
 
@@ -28,10 +20,13 @@ struct ComponentState;
 
 /// The one object a host program embeds: every service is one of its members.
 ///
-/// Members are noexcept and report failure by their result (false, "", 0 or a
-/// default) and, where they have one, by the text in their `ErrorMessage`
-/// argument. Boolean is the host boolean: true is -1, and an option counts as
-/// set only when it is exactly -1. Paths may use "/" or "\\" as separators.
+/// Members are noexcept and report failure by their result (false, "", 0 or a default) and, where they have
+/// one, by the text in their `ErrorMessage` argument. Boolean is the host boolean: true is -1, and an option
+/// counts as set only when it is exactly -1. Arguments a member may write back are non-const references.
+/// Paths may use "/" or "\\" as separators.
+///
+/// Members run on the host's thread. Long loops raise events and let the host process pending events between
+/// units of work, so the host's handlers may stop them (ReadWriteCancel, FTPSessionStop).
 class Tolva2011Register {
  public:
   /// Creates the component.
