@@ -23,7 +23,7 @@ struct ComponentState;
 /// Members are noexcept and report failure by their result (false, "", 0 or a default) and, where they have
 /// one, by the text in their `ErrorMessage` argument. Boolean is the host boolean: true is -1, and an option
 /// counts as set only when it is exactly -1. Arguments a member may write back are non-const references.
-/// Paths may use "/" or "\\" as separators.
+/// Paths may use `/` or `\` as separators.
 ///
 /// Members run on the host's thread. Long loops raise events and let the host process pending events between
 /// units of work, so the host's handlers may stop them (ReadWriteCancel, FTPSessionStop).
@@ -127,18 +127,18 @@ class Tolva2011Register {
   Variant MessageQuery(const std::string& ErrorMessage, Long Buttons) noexcept;
 
   // ---- Path text helpers ------------------------------------------------
-  /// `InputString` ending in one "\\" (added when missing); "" stays "".
+  /// `InputString` ending in one `\` (added when missing); "" stays "".
   std::string AddMissingBackslash(const std::string& InputString) noexcept;
-  /// `InputString` ending in one "/" (added when missing); "" stays "".
+  /// `InputString` ending in one `/` (added when missing); "" stays "".
   std::string AddMissingSlash(const std::string& InputString) noexcept;
-  /// `InputString` without one trailing "\\", if it has one.
+  /// `InputString` without one trailing `\`, if it has one.
   std::string RemoveLastBackslash(const std::string& InputString) noexcept;
-  /// `InputString` without one trailing "/", if it has one.
+  /// `InputString` without one trailing `/`, if it has one.
   std::string RemoveLastSlash(const std::string& InputString) noexcept;
-  /// `Directory` and `FilePath` joined by a "\\"; `FilePath` alone when it holds a "\\" already,
+  /// `Directory` and `FilePath` joined by a `\`; `FilePath` alone when it holds a `\` already,
   /// "" when it is empty.
   std::string BuildPath(const std::string& Directory, const std::string& FilePath) noexcept;
-  /// BuildPath(DirectoryRun, `FilePath`) when DirectoryRun is set and `FilePath` holds no "\\", else `FilePath`.
+  /// BuildPath(DirectoryRun, `FilePath`) when DirectoryRun is set and `FilePath` holds no `\`, else `FilePath`.
   std::string BuildPathRun(const std::string& FilePath) noexcept;
   /// The directory part of `FilePath` with its trailing separator; "" when it has no separator.
   std::string FileDirectory(const std::string& FilePath) noexcept;
@@ -153,7 +153,7 @@ class Tolva2011Register {
   /// `FilePath` trimmed and, when longer than `MaxLength`, shortened for display by putting "..." in place of
   /// the directories in its middle (/data/dir1/.../dir5/file.txt).
   /// @param FilePath the path to shorten.
-  /// @param Delimiter the separator to shorten on, "/" or "\\"; empty picks the one with more runs.
+  /// @param Delimiter the separator to shorten on, `/` or `\`; empty picks the one with more runs.
   /// @param MaxLength the longest result wanted.
   /// @param StartKeep leading characters never counted or cut (a drive, say).
   /// @param SlashesStart separators kept at the start.
@@ -459,7 +459,7 @@ class Tolva2011Register {
   std::string FTPSessionGetAutoAscii() const noexcept;
   /// Downloads every remote file matching `FileMask` into `LocalDirectory` with FTPSessionGetAuto, raising
   /// FTPSessionFileDownloaded for each; false with the reason in `ErrorMessage`, also when FTPSessionStop stopped it.
-  /// A listed name that is empty, ".", "..", or holds "/", "\\" or a NUL is never made a local path:
+  /// A listed name that is empty, ".", "..", or holds `/`, `\` or a NUL is never made a local path:
   /// FTPSessionFileDownloaded reports it with Success false.
   Boolean FTPSessionGetMask(const std::string& FileMask, const std::string& LocalDirectory,
                             std::string& ErrorMessage) noexcept;

@@ -43,7 +43,7 @@ inline bool MatchWildcard(std::string_view name, std::string_view pattern) noexc
   return p == pattern.size();
 }
 
-/// `path` with the host's "\\" separators turned into this platform's "/".
+/// `path` with the host's `\` separators turned into this platform's `/`.
 inline std::string ToPlatformPath(std::string_view path) {
   std::string out(path);
   for (char& c : out)
@@ -51,7 +51,7 @@ inline std::string ToPlatformPath(std::string_view path) {
   return out;
 }
 
-/// Splits the platform path `path` into its `directory` ("" when none, "/" for the root) and its `last`
+/// Splits the platform path `path` into its `directory` ("" when none, `/` for the root) and its `last`
 /// segment.
 inline void SplitLastSegment(const std::string& path, std::string& directory, std::string& last) {
   const std::size_t slash = path.rfind('/');

@@ -100,8 +100,8 @@ enum class OpenMode {
   kWriteKeep,     ///< create when missing; an existing file is written from its first byte, not cut short
 };
 
-/// The local file system as the file, text and FTP members use it. Paths may use "\\" or "/" as
-/// separators; implementations turn "\\" into "/". Failures come back as a FileError holding the classic
+/// The local file system as the file, text and FTP members use it. Paths may use `\` or `/` as
+/// separators; implementations turn `\` into `/`. Failures come back as a FileError holding the classic
 /// run-time number and text (53 "File not found", 76 "Path not found", 70 "Permission denied", 75
 /// "Path/File access error", 61 "Disk full", 57 "Device I/O error", ...).
 class FileSystem {

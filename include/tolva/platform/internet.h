@@ -153,7 +153,7 @@ class InternetLibrary {
 
   /// FtpGetFile: `remote` file to `local` file, in one call. `flags` holds the transfer type (ASCII: TYPE A on
   /// the wire, CR LF line ends locally) and may hold kInternetFlagReload; `attributes` is kFileAttributeNormal.
-  /// `local` is a local path ("\\" and "/" both separators). An existing local file is replaced unless
+  /// `local` is a local path (`\` and `/` both separators). An existing local file is replaced unless
   /// `fail_if_exists`; a failed get does not leave a damaged copy of a file that existed before.
   virtual bool GetFile(InternetHandle connection, const std::string& remote, const std::string& local,
                        bool fail_if_exists, std::uint32_t attributes, std::uint32_t flags) = 0;

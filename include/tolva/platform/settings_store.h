@@ -11,7 +11,7 @@ namespace tolva::platform {
 
 using SettingsKey = std::uint32_t;  ///< an open key; 0 is none
 
-/// The roots. HKEY_CLASSES_ROOT: the machine root's "SOFTWARE\\Classes".
+/// The roots. HKEY_CLASSES_ROOT: the machine root's `SOFTWARE\Classes`.
 inline constexpr SettingsKey kHkeyClassesRoot = 0x80000000;
 /// HKEY_CURRENT_USER: the per-user store.
 inline constexpr SettingsKey kHkeyCurrentUser = 0x80000001;
@@ -58,12 +58,12 @@ inline constexpr std::uint32_t kKeyWriteRights = kKeySetValue | kKeyCreateSubKey
 /// The longest key name (one level of a path), in bytes.
 inline constexpr std::size_t kMaxKeyNameLength = 255;
 
-/// The hierarchical settings store: roots, key paths ("Software\\App\\Section") and named values of type
+/// The hierarchical settings store: roots, key paths (`Software\App\Section`) and named values of type
 /// string, expandable string and 32-bit number.
 ///
 /// Key and value names compare case-insensitively (ASCII letters; other bytes compare exactly) and keep the
 /// spelling they were created with. Sub-keys enumerate in case-insensitive name order, stable while the key is
-/// unchanged. In a key path "\\" separates the levels; empty levels (a leading, trailing or doubled "\\") are
+/// unchanged. In a key path `\` separates the levels; empty levels (a leading, trailing or doubled `\`) are
 /// ignored, so "" is the root itself.
 ///
 /// Every call returns a Windows error number, one of the kSettings results. Calls come from the host's thread;
