@@ -94,7 +94,8 @@ class Tolva2011Register {
   std::string RegistryBackupFile() const noexcept;
   /// Stores `value` as RegistryBackupFile and notifies the container.
   void RegistryBackupFile(const std::string& value) noexcept;
-  /// True when settings gets read RegistryBackupFile first and copy what they find into the store (default false).
+  /// True when reading a setting takes it from RegistryBackupFile, when set, and copies it into the store
+  /// (default false).
   Boolean RegistryBackupLoad() const noexcept;
   /// Stores `value` as RegistryBackupLoad and notifies the container.
   void RegistryBackupLoad(Boolean value) noexcept;
@@ -204,7 +205,8 @@ class Tolva2011Register {
   /// @return true when the matching files are gone.
   Boolean KillFiles(const std::string& FilePath, std::string& ErrorMessage, Boolean NotExistError = kTrue,
                     Boolean ClearAttributes = kTrue) noexcept;
-  /// Deletes the files `TempTag`*.tmp in the temporary directory; false with the reason in `ErrorMessage`.
+  /// Deletes the files of the temporary directory whose names begin with `TempTag` and end in ".tmp";
+  /// false with the reason in `ErrorMessage`.
   Boolean KillTempFiles(const std::string& TempTag, std::string& ErrorMessage) noexcept;
   /// This platform's stand-in for the Windows directory, with a trailing separator.
   std::string WinDirectory() noexcept;
@@ -268,7 +270,7 @@ class Tolva2011Register {
   Boolean WriteFile(const std::string& FilePath, const std::string& Output, std::string& ErrorMessage) noexcept;
   /// "Cancels a read/write." Asks the running long reader to stop at its next progress event.
   void ReadWriteCancel() noexcept;
-  /// "Reads a text file to an array." Splits the CR LF lines of a delimited file into rows and fields
+  /// "Reads a text file to an array." Splits the lines of a delimited file into rows and fields
   /// (double quotes may hold delimiters, doubled quotes and line breaks); empty lines are skipped.
   /// @param FilePath the file to read.
   /// @param InputArray a two-dimensional array; row r, field c goes to (r, c), counted from 1.
@@ -322,11 +324,12 @@ class Tolva2011Register {
   /// The setting `Key` of `Section` under RegistryApp, or `Default` when absent.
   std::string RegistryGetSetting(const std::string& Section, const std::string& Key,
                                  const std::string& Default) noexcept;
-  /// The setting `Key` of `Section` as a Long, or `Default` when absent or not a number.
+  /// The setting `Key` of `Section` as a Long: its leading number rounded, 0 when it has none; `Default` when absent.
   Long RegistryGetSettingLong(const std::string& Section, const std::string& Key, Long Default) noexcept;
-  /// The setting `Key` of `Section` as a Double, or `Default` when absent or not a number.
+  /// The setting `Key` of `Section` as a Double: its leading number, 0 when it has none; `Default` when absent.
   Double RegistryGetSettingDouble(const std::string& Section, const std::string& Key, Double Default) noexcept;
-  /// The setting `Key` of `Section` as a host Boolean, or `Default` when absent.
+  /// The setting `Key` of `Section` as a host Boolean (true/false, yes/no, -1/1/0, in any case); `Default` when
+  /// absent or none of these.
   Boolean RegistryGetSettingBoolean(const std::string& Section, const std::string& Key, Boolean Default) noexcept;
   /// Saves `Value` as the setting `Key` of `Section` (and in RegistryBackupFile, when set).
   void RegistrySaveSetting(const std::string& Section, const std::string& Key, const std::string& Value) noexcept;
