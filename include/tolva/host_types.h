@@ -43,7 +43,7 @@ constexpr bool IsTrue(Boolean b) noexcept {
 
 /// A calendar date (no time of day), as returned by LastDateInMonth.
 struct Date {
-  /// The year, e.g. 2011.
+  /// The year, such as 2011.
   Integer Year = 0;
   /// The month, 1 to 12.
   Integer Month = 0;
