@@ -25,9 +25,7 @@ class PropertyBag {
 /// A bag held in memory; what a test or a host without persistence uses.
 class MemoryPropertyBag : public PropertyBag {
  public:
-  /// The stored value of `name`, or `default_value` when the bag has none.
   Variant ReadProperty(const std::string& name, const Variant& default_value) override;
-  /// Stores `value` under `name`, or removes the key when `value` equals `default_value` (compared as text).
   void WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) override;
 
   /// Whether the bag holds no value.
