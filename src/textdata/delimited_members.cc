@@ -9,6 +9,7 @@
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
 #include "textdata/progress_pacer.h"
+#include "textdata/row_measure.h"
 #include "textdata/row_splitter.h"
 #include "tolva/tolva2011register.h"
 
@@ -65,6 +66,16 @@ Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, L
     ActualColumns = 0;
     progress.ClearCancel();
     progress.Report("Testing Values", 0);
+    // With no host to report to or to stop the test, nothing can tell one
+    // walk from two: the text is measured on two processors.
+    if (!s_->events && !s_->container) {
+      textdata::RowMeasure measure;
+      if (textdata::MeasureRowsInParallel(cursor.Text(), delimiter, TestRows, measure)) {
+        ActualRows = textdata::ToLong(measure.rows);
+        ActualColumns = textdata::ToLong(measure.columns);
+        return kTrue;
+      }
+    }
     while (!cursor.AtEnd()) {
       const std::string_view line = cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
       if (line.empty()) continue;

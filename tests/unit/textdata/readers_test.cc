@@ -82,6 +82,51 @@ TEST_F(ReadersTest, ArrayReaderSplitsFieldsAndRowsLikeTheSizeTest) {
   }
 }
 
+// Rows of widths 60 down to 21 (or up from 21 to 60), each line ended by
+// `end`: placed in the middle of about 9 MiB of one-field rows, every
+// TestRows near the middle has its own answer.
+std::string SlopingRows(const std::string& end, bool narrowing = true) {
+  std::string rows;
+  for (int k = 0; k < 40; ++k) rows += std::string(static_cast<std::size_t>(narrowing ? 59 - k : 20 + k), ',') + end;
+  return rows;
+}
+
+// A size test without a host may measure the two halves of a large text at
+// once; it must find what one walk from the top finds, wherever the middle
+// falls and whatever TestRows leaves out.
+TEST_F(ReadersTest, SizeTestOfALargeTextAgreesWithOneWalk) {
+  std::string quoted_lines = "q,\"open\r\n";
+  for (int i = 0; i < 400; ++i) quoted_lines += "in,side\r\n";
+  struct Row {
+    const char* label;
+    std::string middle, end;
+  } rows[] = {
+      {"CR LF", SlopingRows("\r\n"), "\r\n"},
+      {"LF only, widest row past the middle", SlopingRows("\n", false), "\n"},
+      {"CR only", SlopingRows("\r"), "\r"},
+      {"empty lines", std::string(200, '\n') + SlopingRows("\n\n"), "\n"},
+      {"a quoted field's lines across the middle",
+       SlopingRows("\r\n") + quoted_lines + "shut\",2,3\r\n" + SlopingRows("\r\n", false), "\r\n"},
+  };
+  Tolva2011Register alone(Services(), nullptr, nullptr);
+  for (const auto& r : rows) {
+    const std::string filler = std::string(60, 'f') + r.end;
+    std::string half;
+    while (half.size() < (9u << 19)) half += filler;
+    fs->AddFile(kFile, half + r.middle + half);
+    const Long first_half_rows = static_cast<Long>(half.size() / filler.size());
+    for (Long test_rows = first_half_rows - 2; test_rows < first_half_rows + 45; test_rows += 3) {
+      const Long counted_from = test_rows == first_half_rows - 2 ? 0 : test_rows;
+      Long one_rows = 0, one_columns = 0, two_rows = -1, two_columns = -1;
+      std::string error;
+      c.ReadFileToArrayGetSize(kFile, one_rows, one_columns, error, ",", counted_from);
+      alone.ReadFileToArrayGetSize(kFile, two_rows, two_columns, error, ",", counted_from);
+      ASSERT_EQ(std::vector<Long>({two_rows, two_columns}), std::vector<Long>({one_rows, one_columns}))
+          << r.label << ", TestRows " << counted_from;
+    }
+  }
+}
+
 TEST_F(ReadersTest, ArrayReaderLimitsAndCounts) {
   struct Row {
     const char* label;
