@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "platform/linux/profiles/profile_file.h"
+#include "median_ratios.h"
 #include "tolva/tolva2011register.h"
 
 namespace {
@@ -198,34 +199,14 @@ BENCHMARK(BM_WriteFile)->Arg(0)->Arg(1)->UseManualTime()->Iterations(1)->Repetit
 BENCHMARK(BM_ProfileLookup)->Repetitions(5)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ProfileReparseReference)->Repetitions(5)->Unit(benchmark::kMicrosecond);
 
-// Collects each benchmark's median time to print the ratios at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run>& runs) override {
-    for (const auto& r : runs) {
-      std::string key = r.run_name.function_name;
-      if (!r.run_name.args.empty()) key += "/" + r.run_name.args;
-      if (r.run_type == Run::RT_Iteration) singles[key].push_back(r.GetAdjustedRealTime());
-      if (r.aggregate_name == "median") medians[key] = r.GetAdjustedRealTime();
-    }
-    ConsoleReporter::ReportRuns(runs);
-  }
-  std::map<std::string, double> medians;
-  std::map<std::string, std::vector<double>> singles;  // every repetition's time
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  auto ratio = [&](const char* label, const std::string& member, const std::string& reference, double target) {
-    auto m = reporter.medians.find(member), r = reporter.medians.find(reference);
-    if (m == reporter.medians.end() || r == reporter.medians.end() || m->second <= 0) return;
-    const double speed = r->second / m->second;  // >1: the member is faster than its reference
-    std::printf("%-52s %6.2fx the reference's speed (target >= %.2fx) %s\n", label, speed, target,
-                speed >= target ? "ok" : "BELOW TARGET");
+  const auto ratio = [&](const char* label, const char* member, const char* reference, double target) {
+    reporter.PrintRatio(label, member, reference, target);
   };
   std::printf("\nMedians compared (same run):\n");
   ratio("ReadFile 1 GiB vs cat > /dev/null", "BM_ReadFile", "BM_CatReference", 0.6);

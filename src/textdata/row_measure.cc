@@ -8,7 +8,7 @@
 
 #include "textdata/byte_scan.h"
 #include "textdata/line_cursor.h"
-#include "textdata/row_splitter.h"
+#include "textdata/row_walk.h"
 
 namespace tolva::textdata {
 
@@ -16,8 +16,6 @@ namespace {
 
 constexpr char kCR = '\r';
 constexpr char kLF = '\n';
-// Below this one walk is quicker than starting a thread.
-constexpr std::size_t kSplitFrom = 8u << 20;
 // The widths of the second half's first rows are kept until the first
 // half's row count says which of them fall among the first TestRows; more
 // than this many is not worth the memory, and the text is walked once.
@@ -31,28 +29,6 @@ bool IsLineEnd(char c) noexcept {
   return c == kCR || c == kLF;
 }
 
-// A cursor and splitter of its own over the whole text, from `from`. Each
-// walk and tally keeps to cache lines of its own: the two threads update
-// theirs at every row, and sharing a line would have them wait on each other.
-struct alignas(64) Walk {
-  Walk(std::string_view text, const DelimiterMatcher& delimiter, std::size_t from) noexcept
-      : cursor(text), splitter(cursor, delimiter), delimiter(delimiter) {
-    cursor.Seek(from);
-  }
-  // The width of the next row, or -1 at the end of the text.
-  std::int64_t NextRow() {
-    while (!cursor.AtEnd()) {
-      const std::string_view line = cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
-      if (!line.empty()) return splitter.Count(line, scan);
-    }
-    return -1;
-  }
-  LineCursor cursor;
-  RowSplitter splitter;
-  const DelimiterMatcher& delimiter;
-  LineScan scan{};
-};
-
 // What the second thread found from its start to the end of the text.
 struct alignas(64) Tail {
   std::int64_t rows = 0;
@@ -61,7 +37,7 @@ struct alignas(64) Tail {
   bool failed = false;
 };
 
-void MeasureTail(Walk& walk, std::int64_t test_rows, const std::atomic<bool>& stop, Tail& tail) noexcept {
+void MeasureTail(RowWalk& walk, std::int64_t test_rows, const std::atomic<bool>& stop, Tail& tail) noexcept {
   try {
     for (std::int64_t width; (width = walk.NextRow()) >= 0;) {
       // A row's number in the whole text is at least its number here, so
@@ -108,12 +84,12 @@ std::size_t MiddleLineStart(std::string_view text) noexcept {
 
 bool MeasureRowsInParallel(std::string_view text, const DelimiterMatcher& delimiter, std::int64_t test_rows,
                            RowMeasure& out) noexcept {
-  if (text.size() < kSplitFrom || test_rows > kMostRememberedRows) return false;
+  if (text.size() < kParallelFrom || test_rows > kMostRememberedRows) return false;
   const std::size_t middle = MiddleLineStart(text);
   if (middle >= text.size()) return false;
   try {
-    Walk head(text, delimiter, 0);
-    Walk second(text, delimiter, middle);
+    RowWalk head(text, delimiter, 0);
+    RowWalk second(text, delimiter, middle);
     Tail tail;
     std::atomic<bool> stop{false};
     std::jthread helper([&] { MeasureTail(second, test_rows, stop, tail); });

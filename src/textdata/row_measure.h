@@ -3,12 +3,16 @@
 #ifndef TOLVA_SRC_TEXTDATA_ROW_MEASURE_H_
 #define TOLVA_SRC_TEXTDATA_ROW_MEASURE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "textdata/delimiter_matcher.h"
 
 namespace tolva::textdata {
+
+// Below this size one walk is quicker than starting a thread.
+constexpr std::size_t kParallelFrom = 8u << 20;
 
 struct RowMeasure {
   std::int64_t rows = 0;     // rows that are not empty lines
