@@ -55,12 +55,12 @@ void MeasureTail(RowWalk& walk, std::int64_t test_rows, const std::atomic<bool>&
 
 }  // namespace
 
-std::size_t MiddleLineStart(std::string_view text) noexcept {
+std::size_t MiddleLineStart(std::string_view text, std::size_t from) noexcept {
   const std::size_t n = text.size();
   const char* p = text.data();
   std::size_t line_start = n;  // unknown until a line end has been passed
   std::size_t first = n;
-  for (std::size_t at = n / 2, tries = 0; tries <= kCandidateLines; ++tries) {
+  for (std::size_t at = from, tries = 0; tries <= kCandidateLines; ++tries) {
     // The next line end that follows a byte of text: the terminator the
     // cursor stops at, whatever line ends come after it.
     std::size_t brk = at;

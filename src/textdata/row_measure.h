@@ -31,9 +31,13 @@ struct RowMeasure {
 bool MeasureRowsInParallel(std::string_view text, const DelimiterMatcher& delimiter, std::int64_t test_rows,
                            RowMeasure& out) noexcept;
 
-// A line start near the middle of `text` that follows a line without a
-// quote, as LineCursor would arrive at it; text.size() when there is none.
-std::size_t MiddleLineStart(std::string_view text) noexcept;
+// A line start at or after byte `from` of `text` (by default its middle)
+// that follows a line without a quote, as LineCursor would arrive at it;
+// text.size() when there is none.
+std::size_t MiddleLineStart(std::string_view text, std::size_t from) noexcept;
+inline std::size_t MiddleLineStart(std::string_view text) noexcept {
+  return MiddleLineStart(text, text.size() / 2);
+}
 
 }  // namespace tolva::textdata
 
