@@ -6,6 +6,8 @@
 
 #include "ftp/error_recorder.h"
 #include "ftp/handle_convert.h"
+#include "ftp/library_error.h"
+#include "ftp/security.h"
 
 namespace tolva::ftp {
 
@@ -48,6 +50,7 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   if (session == 0) return fail(title, "Session can't be opened.");
 
   const auto connected = TryCall(state, why, [&](platform::InternetLibrary& lib) {
+    ApplySecurity(state);
     return lib.Connect(ToHandle(session), host, 0, user, password, platform::kInternetServiceFtp,
                        platform::kInternetFlagPassive);
   });
@@ -58,7 +61,17 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   }
   connect = ToLong(*connected);
   if (connect == 0) {
-    fail(title, "Session can't be connected.");
+    // A TLS failure says what went wrong and keeps its number for
+    // FTPSessionError; any other failure reads as it always did.
+    const Long code = LastLibraryError(state);
+    std::string reply;
+    try {
+      reply = state.services.internet->LastResponseInfo();
+    } catch (...) {
+    }
+    const std::string secure = SecurityFailureDetail(state, code, reply);
+    if (!secure.empty()) state.last_runtime_error = code;
+    fail(title, secure.empty() ? "Session can't be connected." : secure);
     component.FTPCloseHandle(session);
     return false;
   }

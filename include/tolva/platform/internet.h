@@ -37,6 +37,13 @@ inline constexpr std::uint32_t kErrorInternetConnectionAborted = 12030;
 inline constexpr std::uint32_t kErrorInternetConnectionReset = 12031;
 inline constexpr std::uint32_t kErrorFtpTransferInProgress = 12110;
 inline constexpr std::uint32_t kErrorFtpDropped = 12111;
+// TLS: the server's certificate is out of its validity dates, names another
+// host, or comes from no trusted authority; any other failure to secure the
+// connection (the server refused TLS, the handshake broke) is 12157.
+inline constexpr std::uint32_t kErrorInternetSecCertDateInvalid = 12037;
+inline constexpr std::uint32_t kErrorInternetSecCertCnInvalid = 12038;
+inline constexpr std::uint32_t kErrorInternetInvalidCa = 12045;
+inline constexpr std::uint32_t kErrorInternetSecurityChannelError = 12157;
 inline constexpr std::uint32_t kErrorDiskFull = 112;    // local file could not be written: disk full
 inline constexpr std::uint32_t kErrorAccessDenied = 5;  // local file could not be opened
 inline constexpr std::uint32_t kErrorFileNotFound = 2;  // local file missing (put)
@@ -55,6 +62,13 @@ inline constexpr std::uint32_t kFileAttributeNormal = 0x80;
 // Connected-state flags.
 inline constexpr std::uint32_t kConnectionLan = 0x02;
 inline constexpr std::uint32_t kConnectionConfigured = 0x40;
+
+// How connections opened from now on are secured.
+enum class FtpSecurity : std::uint32_t {
+  kPlain = 0,           // no TLS
+  kTlsRequired = 1,     // AUTH TLS; a server that refuses it is not logged in to
+  kTlsWhenOffered = 2,  // AUTH TLS, else plain
+};
 
 // Calendar fields of a listed last-write time, as the listing gave them
 // (no time-zone conversion). A listing without a year gets the current year.
@@ -99,6 +113,12 @@ class InternetLibrary {
 
   // Connect and read time-outs of connections opened from now on, in ms.
   virtual void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) = 0;
+  // Security of connections opened from now on. With TLS the control
+  // connection is secured before USER is sent, and every data connection
+  // too (PBSZ 0, PROT P). `certificate_file`: a PEM file of authorities or
+  // of the server's own certificate to trust; empty means the system's
+  // authorities. The server's name is always checked against its certificate.
+  virtual void SetSecurity(FtpSecurity security, const std::string& certificate_file) = 0;
 
   // FtpFindFirstFile: lists the current remote directory (MLSD where offered,
   // else LIST), keeps the entries whose names match `mask` (`*` and `?`,
