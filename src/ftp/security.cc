@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "tolva/platform/file_system.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva {
@@ -23,6 +24,21 @@ void ApplySecurity(detail::ComponentState& state) {
   if (state.services.internet) {
     state.services.internet->SetSecurity(SecurityOf(state.props.ftp_security), state.props.ftp_certificate_file);
   }
+}
+
+std::string UnreadableCertificateFile(const detail::ComponentState& state) {
+  const std::string& path = state.props.ftp_certificate_file;
+  if (path.empty() || SecurityOf(state.props.ftp_security) == platform::FtpSecurity::kPlain) return {};
+  if (!state.services.files) return {};
+  platform::FileError error;
+  auto file = state.services.files->Open(path, platform::OpenMode::kRead, error);
+  if (file) {
+    platform::FileError closing;
+    file->Close(closing);
+    return {};
+  }
+  return "Certificate file [" + path + "] can't be read" + (error.description.empty() ? "" : ": " + error.description) +
+         ".";
 }
 
 std::string SecurityFailureDetail(const detail::ComponentState& state, Long code, const std::string& reply) {

@@ -17,6 +17,11 @@ platform::FtpSecurity SecurityOf(Long mode) noexcept;
 // Tells the library what the properties ask for, before a connection opens.
 void ApplySecurity(detail::ComponentState& state);
 
+// Why the certificate file the host named can't be used ("" when it can,
+// or when none is named or TLS was not asked for), checked before any
+// connection is made.
+std::string UnreadableCertificateFile(const detail::ComponentState& state);
+
 // The detail of a session that could not be opened because of TLS, for the
 // error `code` and the server's last reply; empty when `code` is no TLS
 // failure (or TLS was not asked for), so the classic text stands.

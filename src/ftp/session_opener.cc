@@ -40,6 +40,7 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   if (component.IsConnected(flags).empty()) return fail(title, "Not connected to the Internet.");
   // An empty password is allowed: anonymous servers take any.
   if (user.empty()) return fail(title, "User ID has not been defined.");
+  if (const std::string why_not = UnreadableCertificateFile(state); !why_not.empty()) return fail(title, why_not);
 
   std::string why;
   const auto opened = TryCall(state, why, [&](platform::InternetLibrary& lib) {
