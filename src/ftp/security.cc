@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "ftp/library_error.h"
 #include "tolva/platform/file_system.h"
 #include "tolva/tolva2011register.h"
 
@@ -60,6 +61,18 @@ std::string SecurityFailureDetail(const detail::ComponentState& state, Long code
     default:
       return {};
   }
+}
+
+std::string SecureFailure(detail::ComponentState& state) {
+  const Long code = LastLibraryError(state);
+  std::string reply;
+  try {
+    if (state.services.internet) reply = state.services.internet->LastResponseInfo();
+  } catch (...) {
+  }
+  std::string detail = SecurityFailureDetail(state, code, reply);
+  if (!detail.empty()) state.last_runtime_error = code;
+  return detail;
 }
 
 }  // namespace ftp

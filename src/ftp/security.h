@@ -27,6 +27,11 @@ std::string UnreadableCertificateFile(const detail::ComponentState& state);
 // failure (or TLS was not asked for), so the classic text stands.
 std::string SecurityFailureDetail(const detail::ComponentState& state, Long code, const std::string& reply);
 
+// SecurityFailureDetail for the library's last error and reply; when there
+// is one, the error number is also kept as the component's pending error,
+// so FTPSessionError can name it.
+std::string SecureFailure(detail::ComponentState& state);
+
 }  // namespace tolva::ftp
 
 #endif  // TOLVA_SRC_FTP_SECURITY_H_

@@ -6,7 +6,6 @@
 
 #include "ftp/error_recorder.h"
 #include "ftp/handle_convert.h"
-#include "ftp/library_error.h"
 #include "ftp/security.h"
 
 namespace tolva::ftp {
@@ -64,14 +63,7 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   if (connect == 0) {
     // A TLS failure says what went wrong and keeps its number for
     // FTPSessionError; any other failure reads as it always did.
-    const Long code = LastLibraryError(state);
-    std::string reply;
-    try {
-      reply = state.services.internet->LastResponseInfo();
-    } catch (...) {
-    }
-    const std::string secure = SecurityFailureDetail(state, code, reply);
-    if (!secure.empty()) state.last_runtime_error = code;
+    const std::string secure = SecureFailure(state);
     fail(title, secure.empty() ? "Session can't be connected." : secure);
     component.FTPCloseHandle(session);
     return false;

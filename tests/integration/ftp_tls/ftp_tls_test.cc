@@ -149,6 +149,7 @@ TEST(FtpTlsRefusals, EachFailureHasItsTextAndNumber) {
       EXPECT_EQ(c.FTPShortError(), row.detail);
     }
     c.FTPSessionClose();
+    EXPECT_EQ(c.FTPTest(h, "tolva", "tolva-pw", msg), opened) << "the connection test follows the same choice";
     if (scripted) {
       const std::string log = scripted->LogText();
       EXPECT_EQ(log.find("AUTH") != std::string::npos, row.security != 0) << log;
