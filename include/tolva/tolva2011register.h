@@ -394,6 +394,17 @@ class Tolva2011Register {
   Long FTPReadTimeout() const noexcept;
   /// Sets FTPReadTimeout to `MilliSeconds`.
   void FTPReadTimeout(Long MilliSeconds) noexcept;
+  /// Extension: how FTP connections opened from now on (sessions and one-call transfers) are secured: 0 plain FTP
+  /// (the default), 1 explicit FTP over TLS required (a server that cannot is not logged in to), 2 TLS when the
+  /// server offers it, else plain. Any other value counts as 1. Kept in the property bag.
+  Long FTPSecurity() const noexcept;
+  /// Extension: sets FTPSecurity and notifies the host.
+  void FTPSecurity(Long Mode) noexcept;
+  /// Extension: PEM file of the authorities, or of the server's own certificate, that FTP over TLS trusts; empty (the
+  /// default) means the system's trusted authorities. The server's name is always checked. Kept in the property bag.
+  std::string FTPCertificateFile() const noexcept;
+  /// Extension: sets FTPCertificateFile and notifies the host.
+  void FTPCertificateFile(const std::string& Path) noexcept;
 
   // ---- FTP directories --------------------------------------------------
   /// Creates the remote directory `Directory`; false with the reason in `ErrorMessage`.

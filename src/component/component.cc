@@ -122,6 +122,8 @@ void Tolva2011Register::InitProperties() noexcept {
     RegistryApp("");
     RegistryBackupFile("");
     RegistryBackupLoad(kFalse);
+    FTPSecurity(0);
+    FTPCertificateFile("");
     // Every other text of the instance emptied, every number zeroed.
     s_->text = textdata::TextDataState{};
     s_->ftp = ftp::SessionState{};
@@ -160,6 +162,8 @@ void Tolva2011Register::ReadProperties(PropertyBag& bag) noexcept {
   ReadOne([&] {
     p.registry_backup_load = bag.ReadProperty("RegistryBackupLoad", Variant::FromBoolean(kFalse)).AsBoolean();
   });
+  ReadOne([&] { p.ftp_security = bag.ReadProperty("FTPSecurity", Variant::FromLong(0)).AsLong(); });
+  ReadOne([&] { p.ftp_certificate_file = bag.ReadProperty("FTPCertificateFile", Variant::FromString("")).AsString(); });
   // A run-time property: every load starts it at 0 again.
   p.read_write_increment = 0;
 }
@@ -184,6 +188,10 @@ void Tolva2011Register::WriteProperties(PropertyBag& bag) noexcept {
   });
   ReadOne([&] {
     bag.WriteProperty("RegistryBackupLoad", Variant::FromBoolean(p.registry_backup_load), Variant::FromBoolean(kFalse));
+  });
+  ReadOne([&] { bag.WriteProperty("FTPSecurity", Variant::FromLong(p.ftp_security), Variant::FromLong(0)); });
+  ReadOne([&] {
+    bag.WriteProperty("FTPCertificateFile", Variant::FromString(p.ftp_certificate_file), Variant::FromString(""));
   });
 }
 

@@ -31,6 +31,8 @@ struct Properties {
   std::string registry_app;
   std::string registry_backup_file;
   Boolean registry_backup_load = kFalse;
+  Long ftp_security = 0;  // plain FTP
+  std::string ftp_certificate_file;
   Long read_write_increment = 0;  // never set by a lifecycle handler
 };
 

@@ -8,6 +8,7 @@
 #include "ftp/error_recorder.h"
 #include "ftp/handle_convert.h"
 #include "ftp/library_error.h"
+#include "ftp/security.h"
 #include "ftp/session_opener.h"
 #include "tolva/tolva2011register.h"
 
@@ -105,7 +106,13 @@ class OneCallTransfer {
     if (!opened) return fail("InternetOpen Error - " + why);
     internet = ToLong(*opened);
     if (internet == 0) return fail("Session can't be opened.");
+    if (const std::string why_not = UnreadableCertificateFile(state_); !why_not.empty()) {
+      fail(why_not);
+      component_.FTPCloseHandle(internet);
+      return false;
+    }
     const auto connected = TryCall(state_, why, [&](platform::InternetLibrary& lib) {
+      ApplySecurity(state_);
       return lib.Connect(ToHandle(internet), host, 0, user, password, platform::kInternetServiceFtp,
                          platform::kInternetFlagPassive);
     });
@@ -116,7 +123,8 @@ class OneCallTransfer {
     }
     connection = ToLong(*connected);
     if (connection == 0) {
-      fail("Session can't be connected.");
+      const std::string secure = SecureFailure(state_);
+      fail(secure.empty() ? "Session can't be connected." : secure);
       component_.FTPCloseHandle(internet);
       return false;
     }

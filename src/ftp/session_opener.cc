@@ -6,6 +6,7 @@
 
 #include "ftp/error_recorder.h"
 #include "ftp/handle_convert.h"
+#include "ftp/security.h"
 
 namespace tolva::ftp {
 
@@ -38,6 +39,7 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   if (component.IsConnected(flags).empty()) return fail(title, "Not connected to the Internet.");
   // An empty password is allowed: anonymous servers take any.
   if (user.empty()) return fail(title, "User ID has not been defined.");
+  if (const std::string why_not = UnreadableCertificateFile(state); !why_not.empty()) return fail(title, why_not);
 
   std::string why;
   const auto opened = TryCall(state, why, [&](platform::InternetLibrary& lib) {
@@ -48,6 +50,7 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   if (session == 0) return fail(title, "Session can't be opened.");
 
   const auto connected = TryCall(state, why, [&](platform::InternetLibrary& lib) {
+    ApplySecurity(state);
     return lib.Connect(ToHandle(session), host, 0, user, password, platform::kInternetServiceFtp,
                        platform::kInternetFlagPassive);
   });
@@ -58,7 +61,10 @@ bool OpenHandles(Tolva2011Register& component, detail::ComponentState& state, co
   }
   connect = ToLong(*connected);
   if (connect == 0) {
-    fail(title, "Session can't be connected.");
+    // A TLS failure says what went wrong and keeps its number for
+    // FTPSessionError; any other failure reads as it always did.
+    const std::string secure = SecureFailure(state);
+    fail(title, secure.empty() ? "Session can't be connected." : secure);
     component.FTPCloseHandle(session);
     return false;
   }

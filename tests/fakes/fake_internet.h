@@ -60,6 +60,8 @@ class FakeInternet : public platform::InternetLibrary {
   // Replaces every listing with these entries (names as a hostile server sends them).
   std::optional<std::vector<platform::FindData>> listing;
   std::vector<std::string> log;
+  platform::FtpSecurity security = platform::FtpSecurity::kPlain;
+  std::string certificate_file;
   std::string password = "secret";  // of the only user, "user", on the only host, "server1"
   bool connected = true;
   std::uint32_t next_handle = 0x100;  // set the top bit to check handles survive signed Longs
@@ -90,6 +92,10 @@ class FakeInternet : public platform::InternetLibrary {
   }
   void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) override {
     log.push_back("Timeouts " + std::to_string(connect_ms) + " " + std::to_string(read_ms));
+  }
+  void SetSecurity(platform::FtpSecurity mode, Text file) override {
+    security = mode;
+    certificate_file = file;
   }
   Id FindFirstFile(Id connection, Text mask, platform::FindData& data, std::uint32_t) override {
     std::string dir;

@@ -36,9 +36,14 @@ from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.handlers import FTPHandler
 from pyftpdlib.servers import FTPServer
 root, user, password, port = sys.argv[1:5]
-FTPHandler.authorizer = DummyAuthorizer()
-FTPHandler.authorizer.add_user(user, password, root, perm="elradfmwMT")
-server = FTPServer(("127.0.0.1", int(port)), FTPHandler)
+Handler = FTPHandler
+if len(sys.argv) > 6:
+    from pyftpdlib.handlers import TLS_FTPHandler as Handler
+    Handler.certfile, Handler.keyfile = sys.argv[5:7]
+    Handler.tls_control_required = Handler.tls_data_required = True
+Handler.authorizer = DummyAuthorizer()
+Handler.authorizer.add_user(user, password, root, perm="elradfmwMT")
+server = FTPServer(("127.0.0.1", int(port)), Handler)
 server.max_cons = 64
 server.serve_forever()
 )PY";
@@ -101,6 +106,7 @@ class Session:
             line = line.rstrip(b"\r")
             verb, _, arg = line.decode("latin-1").partition(" ")
             verb = verb.upper()
+            print(verb, flush=True)
             time.sleep(sc.get("stall_on", {}).get(verb, 0))
             if verb in sc.get("drop_on", []) or not self.command(verb, arg):
                 return
@@ -111,6 +117,9 @@ class Session:
             self.reply(331, "Password please.")
         elif verb == "PASS":
             self.send("530 Login incorrect.\r\n" if sc.get("login") == "refuse" else "230 Logged in.\r\n")
+        elif verb == "AUTH" and sc.get("auth") == "stall":
+            self.reply(234, "Proceed with negotiation.")
+            time.sleep(3600)
         elif verb == "EPSV" and not sc.get("no_epsv"):
             self.reply(229, "Entering Extended Passive Mode (|||%d|)" % self.passive())
         elif verb == "PASV":
@@ -169,15 +178,16 @@ bool Succeeds(const std::string& command) {
   return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-// Waits up to five seconds for the greeting on a port, then logs in: exit status 0 when all went well.
+// Waits up to five seconds for the greeting on a port, then logs in (through TLS, certificate unchecked,
+// when a fourth argument says so): exit status 0 when all went well.
 // A daemon that runs as root needs privileges (chroot, a user switch) a container may refuse, so it
 // counts as started only when it really logs its user in.
 constexpr const char* kProbe = R"PY(
-import ftplib, sys, time
+import ftplib, ssl, sys, time
 port, user, password = int(sys.argv[1]), sys.argv[2], sys.argv[3]
 for _ in range(100):
     try:
-        ftp = ftplib.FTP()
+        ftp = ftplib.FTP_TLS(context=ssl._create_unverified_context()) if sys.argv[4:] else ftplib.FTP()
         ftp.connect("127.0.0.1", port, timeout=5)
         break
     except OSError:
@@ -187,9 +197,11 @@ else:
 ftp.login(user, password)
 )PY";
 
-bool Probe(std::uint16_t port, const std::string& user, const std::string& password) {
+bool Probe(std::uint16_t port, const std::string& user, const std::string& password, bool tls) {
   ChildProcess probe;
-  return probe.Spawn({kPython, "-c", kProbe, std::to_string(port), user, password}, "/dev/null") && probe.Wait() == 0;
+  std::vector<std::string> argv{kPython, "-c", kProbe, std::to_string(port), user, password};
+  if (tls) argv.push_back("tls");
+  return probe.Spawn(argv, "/dev/null") && probe.Wait() == 0;
 }
 
 std::uint16_t PickFreePort() {
@@ -355,9 +367,35 @@ static std::uint16_t WaitForPortFile(ChildProcess& child, const std::string& por
   return 0;
 }
 
-std::unique_ptr<FtpServer> FtpServer::Start(FtpServerKind kind, std::string* why) {
+std::optional<TestCertificates> TestCertificates::Make(const std::string& dir, std::string* why) {
+  TestCertificates c{dir + "/authority.pem", dir + "/server.pem",      dir + "/expired.pem",
+                     dir + "/other.pem",     dir + "/self-signed.pem", dir + "/key.pem"};
+  const std::string ca_key = dir + "/authority-key.pem", csr = dir + "/server.csr", local_names = dir + "/local.ext";
+  WriteWholeFile(local_names, "subjectAltName=IP:127.0.0.1,DNS:localhost\n");
+  WriteWholeFile(dir + "/other.ext", "subjectAltName=DNS:other.invalid\n");
+  const std::string req = "openssl req -batch -newkey rsa:2048 -nodes ";
+  const std::string sign = "openssl x509 -req -in " + csr + " -CA " + c.authority + " -CAkey " + ca_key +
+                           " -CAcreateserial -CAserial " + dir + "/serial -extfile ";
+  for (const std::string& command :
+       {req + "-x509 -days 2 -subj /CN=Tolva-Test-Authority -keyout " + ca_key + " -out " + c.authority,
+        req + "-subj /CN=127.0.0.1 -keyout " + c.key + " -out " + csr, sign + local_names + " -days 2 -out " + c.server,
+        sign + local_names + " -days -1 -out " + c.expired, sign + dir + "/other.ext -days 2 -out " + c.other_name,
+        "openssl x509 -req -in " + csr + " -key " + c.key + " -extfile " + local_names + " -days 2 -out " +
+            c.self_signed}) {
+    if (!Succeeds(command)) {
+      if (why) *why = "openssl failed: " + command;
+      return std::nullopt;
+    }
+  }
+  return c;
+}
+
+std::unique_ptr<FtpServer> FtpServer::Start(FtpServerKind kind, std::string* why, const std::string& tls_certificate,
+                                            const std::string& tls_key) {
   std::unique_ptr<FtpServer> server(new FtpServer());
   server->kind_ = kind;
+  server->tls_certificate_ = tls_certificate;
+  server->tls_key_ = tls_key;
   std::string reason;
   if (server->Launch(&reason)) return server;
   if (why) *why = FtpServerName(kind) + ": " + reason + "\n" + server->LogText();
@@ -393,11 +431,14 @@ bool FtpServer::Launch(std::string* why) {
     return false;
   }
   const std::string uid_gid = std::to_string(session_uid) + ":" + std::to_string(session_gid);
+  const bool tls = !tls_certificate_.empty();
   switch (kind_) {
     case FtpServerKind::kPyftpdlib:
       return SpawnOnFreePort(why, [&] {
-        return std::vector<std::string>{kPython, "-c",       kPyftpdlibLauncher,   root,
-                                        User(),  Password(), std::to_string(port_)};
+        std::vector<std::string> argv{kPython, "-c",       kPyftpdlibLauncher,   root,
+                                      User(),  Password(), std::to_string(port_)};
+        if (tls) argv.insert(argv.end(), {tls_certificate_, tls_key_});
+        return argv;
       });
     case FtpServerKind::kProftpd: {
       // proftpd refuses world-readable user files.
@@ -415,6 +456,12 @@ bool FtpServer::Launch(std::string* why) {
             << "RequireValidShell off\nDefaultRoot ~\nAllowOverwrite on\n"
             << "PidFile " << work_ << "/proftpd.pid\nScoreboardFile " << work_ << "/proftpd.scoreboard\n"
             << "DelayTable none\nWtmpLog off\nTransferLog none\nSystemLog " << work_ << "/proftpd.syslog\n";
+        if (tls) {
+          std::ofstream(work_ + "/proftpd.conf", std::ios::app)
+              << "ModulePath /usr/lib/proftpd\nLoadModule mod_tls.c\nTLSEngine on\nTLSRequired on\n"
+              << "TLSProtocol TLSv1.2 TLSv1.3\nTLSRSACertificateFile " << tls_certificate_ << "\n"
+              << "TLSRSACertificateKeyFile " << tls_key_ << "\nTLSLog " << work_ << "/tls.log\n";
+        }
         return std::vector<std::string>{kProftpd, "-n", "-q", "-c", work_ + "/proftpd.conf"};
       });
     }
@@ -448,6 +495,11 @@ bool FtpServer::Launch(std::string* why) {
             << "pam_service_name=" << service << "\nchroot_local_user=YES\nallow_writeable_chroot=YES\n"
             << "local_root=" << root << "\nsecure_chroot_dir=" << work_ << "/empty\n"
             << "seccomp_sandbox=NO\nisolate=NO\nisolate_network=NO\ndelay_failed_login=0\n";
+        if (tls) {
+          std::ofstream(work_ + "/vsftpd.conf", std::ios::app)
+              << "ssl_enable=YES\nssl_ciphers=HIGH\nrsa_cert_file=" << tls_certificate_ << "\n"
+              << "rsa_private_key_file=" << tls_key_ << "\n";
+        }
         return std::vector<std::string>{dir + "/usr/sbin/vsftpd", work_ + "/vsftpd.conf"};
       });
     }
@@ -461,10 +513,12 @@ bool FtpServer::Launch(std::string* why) {
         return false;
       }
       return SpawnOnFreePort(why, [&] {
-        return std::vector<std::string>{dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
-                                        "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
-                                        // listings stop at 2000 names unless told otherwise
-                                        "-L", "100000:8"};
+        std::vector<std::string> argv{dir + "/usr/sbin/pure-ftpd", "-S", "127.0.0.1," + std::to_string(port_), "-l",
+                                      "puredb:" + work_ + "/pure.pdb", "-E", "-A", "-H", "-c", "64", "-C", "64",
+                                      // listings stop at 2000 names unless told otherwise
+                                      "-L", "100000:8"};
+        if (tls) argv.insert(argv.end(), {"-Y", "2", "-2", tls_certificate_ + "," + tls_key_});
+        return argv;
       });
   }
   return false;
@@ -475,7 +529,7 @@ bool FtpServer::SpawnOnFreePort(std::string* why, const std::function<std::vecto
     port_ = PickFreePort();
     if (!process_.Spawn(command(), work_ + "/server.log")) break;
     // A port taken meanwhile greets with another server's voice while ours fails to bind and exits.
-    if (Probe(port_, User(), Password()) && process_.Running()) return true;
+    if (Probe(port_, User(), Password(), !tls_certificate_.empty()) && process_.Running()) return true;
     process_.Stop();
   }
   *why = "did not start, or did not log its user in";
@@ -492,6 +546,10 @@ std::unique_ptr<MisbehavingFtpd> MisbehavingFtpd::Start(const std::string& scena
   if (server->port_ != 0) return server;
   if (why) *why = "did not start: " + ReadWholeFile(server->work_ + "/server.log");
   return nullptr;
+}
+
+std::string MisbehavingFtpd::LogText() const {
+  return ReadWholeFile(work_ + "/server.log");
 }
 
 MisbehavingFtpd::~MisbehavingFtpd() {

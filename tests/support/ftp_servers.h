@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,10 +41,21 @@ class ChildProcess {
   pid_t pid_ = -1;
 };
 
+// Certificates that openssl makes in `dir` for TLS tests, all on one RSA key (`key`): an authority, what it
+// signed for 127.0.0.1 and localhost (`server`), the same but valid until yesterday (`expired`) or for
+// another name only (`other_name`), and a self-signed one for 127.0.0.1 and localhost (`self_signed`).
+struct TestCertificates {
+  std::string authority, server, expired, other_name, self_signed, key;
+  static std::optional<TestCertificates> Make(const std::string& dir, std::string* why);
+};
+
 class FtpServer {
  public:
-  // nullptr, with the reason and the server's log in `why`, when it does not start.
-  static std::unique_ptr<FtpServer> Start(FtpServerKind kind, std::string* why = nullptr);
+  // nullptr, with the reason and the server's log in `why`, when it does not start. With a certificate the
+  // server speaks explicit FTP over TLS only, on control and data connections, and keeps its own default
+  // on TLS session reuse.
+  static std::unique_ptr<FtpServer> Start(FtpServerKind kind, std::string* why = nullptr,
+                                          const std::string& tls_certificate = {}, const std::string& tls_key = {});
   ~FtpServer();
   FtpServer(const FtpServer&) = delete;
   FtpServer& operator=(const FtpServer&) = delete;
@@ -65,6 +77,7 @@ class FtpServer {
   bool SpawnOnFreePort(std::string* why, const std::function<std::vector<std::string>()>& command);
 
   FtpServerKind kind_ = FtpServerKind::kPyftpdlib;
+  std::string tls_certificate_, tls_key_;
   std::string work_;              // configuration, log and root
   std::string pam_service_file_;  // vsftpd's login service
   std::uint16_t port_ = 0;
@@ -78,12 +91,14 @@ class FtpServer {
 //   answer in several lines; stall_on {"VERB": seconds} before answering it; drop_on ["VERB", ...]:
 //   close the control connection on it; no_epsv: EPSV is refused, so clients fall back to PASV;
 //   files {"name": "latin-1 content"} for RETR; retr_mode "drop_data" (half, then 426) | "stall" (half,
-//   then silence); stor_mode "drop_data" (426 after 64 KiB).
+//   then silence); stor_mode "drop_data" (426 after 64 KiB); auth "stall" (AUTH TLS gets 234, then
+//   silence; without it AUTH is refused). LogText() lists the verb of every command that arrived.
 class MisbehavingFtpd {
  public:
   static std::unique_ptr<MisbehavingFtpd> Start(const std::string& scenario_json, std::string* why = nullptr);
   ~MisbehavingFtpd();
   std::string HostPort() const { return "127.0.0.1:" + std::to_string(port_); }
+  std::string LogText() const;
 
  private:
   std::string work_;

@@ -41,6 +41,14 @@ inline constexpr std::uint32_t kErrorInternetConnectionReset = 12031;
 inline constexpr std::uint32_t kErrorFtpTransferInProgress = 12110;
 /// 12111: the FTP connection was dropped.
 inline constexpr std::uint32_t kErrorFtpDropped = 12111;
+/// TLS: the server's certificate is out of its validity dates.
+inline constexpr std::uint32_t kErrorInternetSecCertDateInvalid = 12037;
+/// TLS: the server's certificate names another host.
+inline constexpr std::uint32_t kErrorInternetSecCertCnInvalid = 12038;
+/// TLS: the server's certificate comes from no trusted authority.
+inline constexpr std::uint32_t kErrorInternetInvalidCa = 12045;
+/// TLS: any other failure to secure the connection (the server refused TLS, the handshake broke).
+inline constexpr std::uint32_t kErrorInternetSecurityChannelError = 12157;
 inline constexpr std::uint32_t kErrorDiskFull = 112;    ///< local file could not be written: disk full
 inline constexpr std::uint32_t kErrorAccessDenied = 5;  ///< local file could not be opened
 inline constexpr std::uint32_t kErrorFileNotFound = 2;  ///< local file missing (put)
@@ -69,6 +77,13 @@ inline constexpr std::uint32_t kFileAttributeNormal = 0x80;
 inline constexpr std::uint32_t kConnectionLan = 0x02;
 /// Connected-state flag: a connection is configured.
 inline constexpr std::uint32_t kConnectionConfigured = 0x40;
+
+/// How connections opened from now on are secured.
+enum class FtpSecurity : std::uint32_t {
+  kPlain = 0,           ///< no TLS
+  kTlsRequired = 1,     ///< AUTH TLS; a server that refuses it is not logged in to
+  kTlsWhenOffered = 2,  ///< AUTH TLS, else plain
+};
 
 /// Calendar fields of a listed last-write time, as the listing gave them (no time-zone conversion).
 /// A listing without a year gets the current year.
@@ -129,6 +144,13 @@ class InternetLibrary {
 
   /// Sets the connect (`connect_ms`) and read (`read_ms`) time-outs of connections opened from now on, in ms.
   virtual void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) = 0;
+  /// Security of connections opened from now on. With TLS the control
+  /// connection is secured before USER is sent, and every data connection
+  /// too (PBSZ 0, PROT P). The server's name is always checked against its certificate.
+  /// @param security plain, TLS required, or TLS when the server offers it
+  /// @param certificate_file a PEM file of authorities or of the server's own
+  ///        certificate to trust; empty means the system's authorities
+  virtual void SetSecurity(FtpSecurity security, const std::string& certificate_file) = 0;
 
   /// FtpFindFirstFile: lists the current remote directory of `connection` (MLSD where offered, else LIST),
   /// keeps the entries whose names match `mask` (`*` and `?`, matched here, never sent to the server; an empty

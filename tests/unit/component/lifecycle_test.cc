@@ -27,9 +27,11 @@ TEST(Lifecycle, OnlyValuesThatDifferFromTheDefaultAreSavedAndLoadBackWithoutNoti
   c.FormSizeRatio(-2.5f);
   c.RegistryBackupLoad(kTrue);
   c.ReadWriteIncrement(500);  // never saved: zero after every load
+  c.FTPSecurity(2);
+  c.FTPCertificateFile("/etc/ca.pem");
   MemoryPropertyBag bag;
   c.WriteProperties(bag);
-  EXPECT_EQ(bag.Size(), 3u);
+  EXPECT_EQ(bag.Size(), 5u);
 
   RecordingContainer host;
   Tolva2011Register d{platform::Services{}, &host};
@@ -40,12 +42,16 @@ TEST(Lifecycle, OnlyValuesThatDifferFromTheDefaultAreSavedAndLoadBackWithoutNoti
   EXPECT_FLOAT_EQ(d.FormSizeRatio(), -2.5f);
   EXPECT_EQ(d.RegistryBackupLoad(), kTrue);
   EXPECT_EQ(d.ReadWriteIncrement(), 0);
+  EXPECT_EQ(d.FTPSecurity(), 2);
+  EXPECT_EQ(d.FTPCertificateFile(), "/etc/ca.pem");
   EXPECT_TRUE(host.changed.empty()) << "loading does not notify";
 
   d.ReadProperties(defaults);
   EXPECT_EQ(d.ProgramName(), "Tolva");
   EXPECT_FLOAT_EQ(d.FormSizeRatio(), 0.75f);
   EXPECT_EQ(d.Icon(), nullptr);
+  EXPECT_EQ(d.FTPSecurity(), 0) << "plain FTP unless the host asks";
+  EXPECT_EQ(d.FTPCertificateFile(), "");
 }
 
 }  // namespace

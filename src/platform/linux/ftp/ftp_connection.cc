@@ -75,7 +75,7 @@ FtpConnection::~FtpConnection() = default;
 
 std::unique_ptr<FtpConnection> FtpConnection::Open(const HostPort& where, const std::string& user,
                                                    const std::string& password, std::uint32_t connect_ms,
-                                                   std::uint32_t read_ms) {
+                                                   std::uint32_t read_ms, const TlsPolicy& tls) {
   if (!SafeArgument(user) || !SafeArgument(password)) throw FtpFailure(kErrorInvalidParameter);
   std::unique_ptr<FtpConnection> connection;
   try {
@@ -94,12 +94,46 @@ std::unique_ptr<FtpConnection> FtpConnection::Open(const HostPort& where, const 
   }
   FtpReply greeting = connection->ReadReply();
   if (!greeting.Completion()) throw FtpFailure(kErrorInternetExtendedError, greeting.text);
+  // The user name and password go out only after the handshake succeeded,
+  // certificate and name checked, when TLS was asked for.
+  const bool secured = tls.security != FtpSecurity::kPlain && connection->StartTls(where.host, tls);
   FtpReply reply = connection->Command("USER", user);
   if (reply.Intermediate()) reply = connection->Command("PASS", password);
   // A refused login reports the server's own words (530 ...) as 12003, so
   // the host can show them.
   if (!reply.Completion()) throw FtpFailure(kErrorInternetExtendedError, reply.text);
+  if (secured) connection->ProtectData(tls);
   return connection;
+}
+
+bool FtpConnection::StartTls(const std::string& host, const TlsPolicy& tls) {
+  const FtpReply reply = Command("AUTH", "TLS");
+  if (!reply.Completion()) {
+    if (tls.security == FtpSecurity::kTlsWhenOffered) return false;
+    throw FtpFailure(kErrorInternetSecurityChannelError, reply.text);
+  }
+  tls_ = std::make_unique<TlsChannel>(host, tls.certificate_file);
+  try {
+    control_tls_.emplace(tls_->Secure(*_pControlSocket, nullptr));
+    // From here on the session's replies and commands pass through TLS.
+    *_pControlSocket = *control_tls_;
+  } catch (...) {
+    dead_ = true;
+    throw;
+  }
+  return true;
+}
+
+void FtpConnection::ProtectData(const TlsPolicy& tls) {
+  // A buffer size of 0 is the only one TLS allows; PROT P then secures
+  // every data connection of the session.
+  FtpReply reply = Command("PBSZ", "0");
+  if (reply.Completion()) reply = Command("PROT", "P");
+  if (reply.Completion()) {
+    data_tls_ = true;
+  } else if (tls.security == FtpSecurity::kTlsRequired) {
+    throw FtpFailure(kErrorInternetSecurityChannelError, reply.text);
+  }
 }
 
 void FtpConnection::Send(const std::string& verb, const std::string& arg) {
@@ -284,7 +318,33 @@ Poco::Net::StreamSocket FtpConnection::OpenData(const std::string& verb, const s
   const FtpReply reply = ReadReply();
   // Both 125 ("already open") and 150 ("about to open") start a transfer.
   if (!reply.Preliminary()) throw FtpFailure(kErrorInternetExtendedError, reply.text);
-  return data;
+  data_ssl_ = nullptr;
+  if (!data_tls_) return data;
+  // The server starts its side of the handshake once it has answered, so
+  // ours comes after the reply; it resumes the control connection's session.
+  try {
+    Poco::Net::Session::Ptr session = tls_->LatestSession();
+    Poco::Net::SecureStreamSocket secured = tls_->Secure(data, session ? session : control_tls_->currentSession());
+    data_ssl_ = TlsChannel::LastSecured();
+    return secured;
+  } catch (...) {
+    try {
+      data.setLinger(true, 0);
+      data.close();
+    } catch (...) {
+    }
+    Abort();
+    throw;
+  }
+}
+
+void FtpConnection::CloseUpload(Poco::Net::StreamSocket& data) {
+  if (data_ssl_ != nullptr) TlsChannel::CloseBothWays(data_ssl_, data);
+  data_ssl_ = nullptr;
+  try {
+    data.close();
+  } catch (...) {
+  }
 }
 
 std::optional<FtpReply> FtpConnection::Abort() {

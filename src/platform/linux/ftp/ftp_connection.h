@@ -1,5 +1,7 @@
 // One logged-in control connection to an FTP server, on POCO's client
-// session, passive mode only. It reads replies itself (bounded in size, with
+// session, passive mode only, in the clear or secured with TLS (explicit:
+// AUTH TLS before the login, then PBSZ 0 and PROT P so that data connections
+// are secured too). It reads replies itself (bounded in size, with
 // the read time-out), remembers the transfer type and whether the server
 // takes EPSV and offers MLSD, so no command is sent twice needlessly.
 #ifndef TOLVA_SRC_PLATFORM_LINUX_FTP_FTP_CONNECTION_H_
@@ -15,18 +17,27 @@
 
 #include "platform/linux/ftp/ftp_reply.h"
 #include "platform/linux/ftp/host_port.h"
+#include "platform/linux/ftp/tls_channel.h"
+#include "tolva/platform/internet.h"
 
 namespace tolva::platform::posix::ftp {
 
 enum class TransferType { kUnknown, kAscii, kBinary };
 
+// What the host asked for: see InternetLibrary::SetSecurity.
+struct TlsPolicy {
+  FtpSecurity security = FtpSecurity::kPlain;
+  std::string certificate_file;
+};
+
 class FtpConnection : private Poco::Net::FTPClientSession {
  public:
-  // Connects within `connect_ms`, reads the greeting and logs in; every
-  // later read waits at most `read_ms`. Throws FtpFailure.
+  // Connects within `connect_ms`, reads the greeting, secures the
+  // connection as `tls` asks and logs in; every later read (the TLS
+  // handshakes too) waits at most `read_ms`. Throws FtpFailure.
   static std::unique_ptr<FtpConnection> Open(const HostPort& where, const std::string& user,
                                              const std::string& password, std::uint32_t connect_ms,
-                                             std::uint32_t read_ms);
+                                             std::uint32_t read_ms, const TlsPolicy& tls = {});
   ~FtpConnection() override;
   FtpConnection(const FtpConnection&) = delete;
   FtpConnection& operator=(const FtpConnection&) = delete;
@@ -41,7 +52,8 @@ class FtpConnection : private Poco::Net::FTPClientSession {
   void SetType(TransferType type);
   bool OffersMlsd();
   // EPSV (PASV if the server refused it), connects the data socket, sends
-  // `verb arg` and waits for 125/150. Throws FtpFailure.
+  // `verb arg`, waits for 125/150 and, under PROT P, runs the data
+  // connection's TLS handshake. Throws FtpFailure.
   Poco::Net::StreamSocket OpenData(const std::string& verb, const std::string& arg);
   // Reads the final reply of a transfer whose data socket is closed.
   FtpReply ReadReply();
@@ -54,6 +66,12 @@ class FtpConnection : private Poco::Net::FTPClientSession {
 
   std::uint32_t read_ms() const { return read_ms_; }
   std::uint32_t connect_ms() const { return connect_ms_; }
+  // Whether the control connection and the data connections run over TLS.
+  bool secured() const { return tls_ != nullptr; }
+  bool data_secured() const { return data_tls_; }
+  // Ends the upload on `data`, the last data connection opened: under TLS
+  // both ways (see TlsChannel::CloseBothWays), then the socket is closed.
+  void CloseUpload(Poco::Net::StreamSocket& data);
   // After a failure that left the control connection out of step.
   bool dead() const { return dead_; }
   void MarkDead() { dead_ = true; }
@@ -63,6 +81,11 @@ class FtpConnection : private Poco::Net::FTPClientSession {
  private:
   FtpConnection(const Poco::Net::StreamSocket& socket, std::uint32_t connect_ms, std::uint32_t read_ms);
   void Send(const std::string& verb, const std::string& arg);
+  // AUTH TLS and the handshake; false when the server refused and `tls`
+  // lets the session go on in the clear.
+  bool StartTls(const std::string& host, const TlsPolicy& tls);
+  // PBSZ 0 and PROT P after the login.
+  void ProtectData(const TlsPolicy& tls);
   Poco::Net::SocketAddress PassiveAddress();
 
   Poco::Net::SocketAddress peer_;
@@ -72,6 +95,12 @@ class FtpConnection : private Poco::Net::FTPClientSession {
   int mlsd_ = -1;  // -1: not asked yet
   bool epsv_ = true;
   bool dead_ = false;
+  std::unique_ptr<TlsChannel> tls_;
+  // The control socket again, for its session. (An empty SecureStreamSocket
+  // would be made on POCO's process-wide default context.)
+  std::optional<Poco::Net::SecureStreamSocket> control_tls_;
+  bool data_tls_ = false;
+  SSL* data_ssl_ = nullptr;  // of the last data connection, owned by its socket
 };
 
 // Rethrows the exception being handled (POCO's network and time-out

@@ -52,4 +52,12 @@ std::size_t HandleTable::Size() const {
   return objects_.size();
 }
 
+void HandleTable::Clear() {
+  std::map<InternetHandle, std::shared_ptr<HandleObject>> objects;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    objects.swap(objects_);
+  }
+}
+
 }  // namespace tolva::platform::posix::ftp

@@ -40,6 +40,8 @@ class HandleTable {
   // come first in the result. Empty when `handle` is unknown.
   std::vector<std::shared_ptr<HandleObject>> Remove(InternetHandle handle);
   std::size_t Size() const;
+  // Drops every object (their destructors release what Close() did not).
+  void Clear();
 
  private:
   void CollectChildren(InternetHandle handle, std::vector<InternetHandle>& out) const;

@@ -56,12 +56,15 @@ thread_local ThreadError t_error;
 
 void SetError(std::uint32_t error, const std::string& response = {}) {
   t_error.error = error;
-  if (!response.empty()) t_error.response = response;
+  // A failed TLS set-up always replaces the reply: the server's refusal
+  // when it said no, nothing when the handshake itself broke.
+  if (!response.empty() || error == kErrorInternetSecurityChannelError) t_error.response = response;
 }
 
 // Runs one call: an FtpFailure becomes the thread's error and `fallback`.
 template <class R, class F>
 R Run(R fallback, F&& body) noexcept {
+  const SigpipeGuard sigpipe;
   try {
     return body();
   } catch (const FtpFailure& f) {
@@ -191,10 +194,14 @@ void SendAll(Poco::Net::StreamSocket& data, const char* buffer, std::size_t size
 
 // Closes the data socket of a transfer that ended and checks the server's
 // final word on it.
-void FinishTransfer(FtpConnection& connection, Poco::Net::StreamSocket& data) {
-  try {
-    data.close();
-  } catch (...) {
+void FinishTransfer(FtpConnection& connection, Poco::Net::StreamSocket& data, bool upload = false) {
+  if (upload) {
+    connection.CloseUpload(data);
+  } else {
+    try {
+      data.close();
+    } catch (...) {
+    }
   }
   const FtpReply reply = connection.ReadReply();
   if (!reply.Completion()) throw FtpFailure(kErrorInternetExtendedError, reply.text);
@@ -232,7 +239,7 @@ class FileObject : public HandleObject {
       guard.FailWith(f);
     }
     guard.Done();
-    FinishTransfer(connection, data);
+    FinishTransfer(connection, data, write);
   }
 
   std::shared_ptr<ConnectionObject> owner;
@@ -273,7 +280,11 @@ bool ParseQuotedPath(const std::string& reply, std::string& path) {
 
 }  // namespace
 
-PocoInternetLibrary::~PocoInternetLibrary() = default;
+PocoInternetLibrary::~PocoInternetLibrary() {
+  // Connections still open close with the handle table, over TLS perhaps.
+  const SigpipeGuard sigpipe;
+  handles_.Clear();
+}
 
 InternetHandle PocoInternetLibrary::Open(const std::string&, std::uint32_t, std::uint32_t) {
   return Run<InternetHandle>(0, [&] {
@@ -292,7 +303,13 @@ InternetHandle PocoInternetLibrary::Connect(InternetHandle internet, const std::
     const auto where = ParseHostPort(host, port);
     if (!where) throw FtpFailure(kErrorInternetNameNotResolved);
     auto object = std::make_shared<ConnectionObject>();
-    object->connection = FtpConnection::Open(*where, user, password, connect_ms_.load(), read_ms_.load());
+    TlsPolicy tls;
+    {
+      std::lock_guard<std::mutex> lock(security_mutex_);
+      tls.security = security_;
+      tls.certificate_file = certificate_file_;
+    }
+    object->connection = FtpConnection::Open(*where, user, password, connect_ms_.load(), read_ms_.load(), tls);
     object->parent = internet;
     const InternetHandle h = handles_.Add(object);
     if (h == 0) {
@@ -355,6 +372,16 @@ void PocoInternetLibrary::SetTimeouts(std::uint32_t connect_ms, std::uint32_t re
   // 0 would mean "wait forever" to the sockets: a dead server would freeze the host.
   connect_ms_ = connect_ms == 0 ? kDefaultTimeoutMs : connect_ms;
   read_ms_ = read_ms == 0 ? kDefaultTimeoutMs : read_ms;
+}
+
+void PocoInternetLibrary::SetSecurity(FtpSecurity security, const std::string& certificate_file) {
+  Run<bool>(false, [&] {
+    std::string file = LocalPath(certificate_file);
+    std::lock_guard<std::mutex> lock(security_mutex_);
+    security_ = security;
+    certificate_file_ = std::move(file);
+    return true;
+  });
 }
 
 InternetHandle PocoInternetLibrary::FindFirstFile(InternetHandle connection, const std::string& mask, FindData& data,
@@ -536,7 +563,7 @@ bool PocoInternetLibrary::PutFile(InternetHandle connection, const std::string& 
       }
       guard.Done();
     }
-    FinishTransfer(*c, socket);
+    FinishTransfer(*c, socket, true);
     return true;
   });
 }

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "platform/linux/ftp/handle_table.h"
@@ -27,6 +28,7 @@ class PocoInternetLibrary final : public InternetLibrary {
   std::string LastResponseInfo() const override;
   bool GetConnectedState(std::uint32_t& flags) override;
   void SetTimeouts(std::uint32_t connect_ms, std::uint32_t read_ms) override;
+  void SetSecurity(FtpSecurity security, const std::string& certificate_file) override;
   InternetHandle FindFirstFile(InternetHandle connection, const std::string& mask, FindData& data,
                                std::uint32_t flags) override;
   bool FindNextFile(InternetHandle find, FindData& data) override;
@@ -53,6 +55,9 @@ class PocoInternetLibrary final : public InternetLibrary {
   HandleTable handles_;
   std::atomic<std::uint32_t> connect_ms_{60000};
   std::atomic<std::uint32_t> read_ms_{60000};
+  std::mutex security_mutex_;
+  FtpSecurity security_ = FtpSecurity::kPlain;
+  std::string certificate_file_;
 };
 
 }  // namespace tolva::platform::posix::ftp

@@ -79,9 +79,13 @@ constexpr Entry kEntries[] = {
     {12029, "A connection with the server could not be established"},
     {12030, "The connection with the server was terminated abnormally"},
     {12031, "The connection with the server was reset"},
+    {12037, "The server's certificate has expired or is not yet valid"},
+    {12038, "The server's certificate does not name the host that was asked for"},
+    {12045, "The server's certificate is not signed by a trusted authority"},
     {12110, "There is already an FTP request in progress on this session"},
     {12111, "The FTP session was terminated"},
     {12112, "Passive mode is not available on the server"},
+    {12157, "The secure (TLS) connection to the server could not be set up"},
 };
 
 const char* ClassicText(int number) noexcept {
