@@ -7,11 +7,12 @@
 
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
 
-class Tolva2011RegisterEvents {
+class TOLVA_EXPORT Tolva2011RegisterEvents {
  public:
   virtual ~Tolva2011RegisterEvents() = default;
 

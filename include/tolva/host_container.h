@@ -5,9 +5,11 @@
 
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva {
 
-class HostContainer {
+class TOLVA_EXPORT HostContainer {
  public:
   virtual ~HostContainer() = default;
 

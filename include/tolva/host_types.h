@@ -13,6 +13,8 @@
 #include <variant>
 #include <vector>
 
+#include "tolva/export.h"
+
 namespace tolva {
 
 using Long = std::int32_t;
@@ -50,7 +52,7 @@ struct Picture {
 using PictureRef = std::shared_ptr<const Picture>;
 
 // A tagged value: empty, String, Long, Single, Double, Boolean or picture.
-class Variant {
+class TOLVA_EXPORT Variant {
  public:
   enum class Kind { kEmpty, kString, kLong, kSingle, kDouble, kBoolean, kPicture };
 
@@ -75,7 +77,7 @@ class Variant {
   Boolean AsBoolean() const noexcept;
   PictureRef AsPicture() const noexcept;
 
-  friend bool operator==(const Variant& a, const Variant& b) noexcept;
+  friend TOLVA_EXPORT bool operator==(const Variant& a, const Variant& b) noexcept;
 
  private:
   struct BoolBox {

@@ -7,11 +7,12 @@
 #include <map>
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
 
-class PropertyBag {
+class TOLVA_EXPORT PropertyBag {
  public:
   virtual ~PropertyBag() = default;
   // The stored value of `name`, or `default_value` when the bag has none.
@@ -22,7 +23,7 @@ class PropertyBag {
 };
 
 // A bag held in memory; what a test or a host without persistence uses.
-class MemoryPropertyBag : public PropertyBag {
+class TOLVA_EXPORT MemoryPropertyBag : public PropertyBag {
  public:
   Variant ReadProperty(const std::string& name, const Variant& default_value) override;
   void WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) override;
@@ -37,7 +38,7 @@ class MemoryPropertyBag : public PropertyBag {
 
 // A bag kept in a text file of "name=value" lines (values escaped so that
 // any bytes survive). Load() reads it; Save() replaces the file atomically.
-class FilePropertyBag : public MemoryPropertyBag {
+class TOLVA_EXPORT FilePropertyBag : public MemoryPropertyBag {
  public:
   explicit FilePropertyBag(std::string path) : path_(std::move(path)) {}
   // Reads the file; a missing file is an empty bag. False on a read error.

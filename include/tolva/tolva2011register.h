@@ -14,6 +14,7 @@
 #include <string>
 
 #include "tolva/events.h"
+#include "tolva/export.h"
 #include "tolva/host_container.h"
 #include "tolva/host_types.h"
 #include "tolva/platform/services.h"
@@ -26,7 +27,7 @@ namespace detail {
 struct ComponentState;
 }
 
-class Tolva2011Register {
+class TOLVA_EXPORT Tolva2011Register {
  public:
   // Create: works on `services` (the real Linux ones by default), tells
   // `container` about property changes and lets it process pending events,

@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 struct FileError {
@@ -40,7 +42,7 @@ struct DirEntry {
 };
 
 // An open file. Closed by its destructor.
-class File {
+class TOLVA_EXPORT File {
  public:
   virtual ~File() = default;
   File() = default;
@@ -56,7 +58,7 @@ class File {
 };
 
 // The bytes of a whole file, read only, valid for as long as the view lives.
-class FileView {
+class TOLVA_EXPORT FileView {
  public:
   virtual ~FileView() = default;
   FileView() = default;
@@ -66,7 +68,7 @@ class FileView {
 };
 
 // A view of bytes held in memory: what FileSystem::ViewAll gives by default.
-class OwnedFileView final : public FileView {
+class TOLVA_EXPORT OwnedFileView final : public FileView {
  public:
   explicit OwnedFileView(std::string bytes) noexcept : bytes_(std::move(bytes)) {}
   std::string_view Bytes() const noexcept override { return bytes_; }
@@ -81,7 +83,7 @@ enum class OpenMode {
   kWriteKeep,     // create when missing; an existing file is written from its first byte, not cut short
 };
 
-class FileSystem {
+class TOLVA_EXPORT FileSystem {
  public:
   virtual ~FileSystem() = default;
 

@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 using InternetHandle = std::uint32_t;
@@ -71,7 +73,7 @@ struct FindData {
   std::string name;  // as the server listed it; never a trusted path
 };
 
-class InternetLibrary {
+class TOLVA_EXPORT InternetLibrary {
  public:
   virtual ~InternetLibrary() = default;
 

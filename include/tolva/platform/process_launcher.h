@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 inline constexpr int kShowNoActivate = 4;  // normal window, does not take the focus
 
-class ProcessLauncher {
+class TOLVA_EXPORT ProcessLauncher {
  public:
   virtual ~ProcessLauncher() = default;
   // Starts `command_line` (split into words as a shell would, no shell run)

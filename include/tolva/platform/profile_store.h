@@ -8,9 +8,11 @@
 #include <cstddef>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
-class ProfileStore {
+class TOLVA_EXPORT ProfileStore {
  public:
   virtual ~ProfileStore() = default;
   // GetPrivateProfileString: the value of `key` in `section` of `file`, at

@@ -20,6 +20,8 @@
 #include <memory>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 using SettingsKey = std::uint32_t;  // an open key; 0 is none
@@ -54,7 +56,7 @@ inline constexpr std::uint32_t kKeyWriteRights = kKeySetValue | kKeyCreateSubKey
 // The longest key name (one level of a path), in bytes.
 inline constexpr std::size_t kMaxKeyNameLength = 255;
 
-class SettingsStore {
+class TOLVA_EXPORT SettingsStore {
  public:
   SettingsStore() = default;
   SettingsStore(const SettingsStore&) = delete;
@@ -109,15 +111,15 @@ class SettingsStore {
 // and is left untouched. Writes are one transaction each in WAL mode with a
 // busy time-out, so several processes may write at once and a process that
 // is killed never loses a write that returned 0.
-std::shared_ptr<SettingsStore> NewSettingsDatabase(const std::string& user_database,
-                                                   const std::string& machine_database);
+TOLVA_EXPORT std::shared_ptr<SettingsStore> NewSettingsDatabase(const std::string& user_database,
+                                                                const std::string& machine_database);
 
 // The default paths: $TOLVA_SETTINGS_DB, else $XDG_CONFIG_HOME/tolva/settings.db
 // (XDG_CONFIG_HOME defaulting to ~/.config; its missing directories are made,
 // private to the user, on the first write); and $TOLVA_MACHINE_SETTINGS_DB,
 // else /etc/tolva/settings.db.
-std::string DefaultUserSettingsDatabase();
-std::string DefaultMachineSettingsDatabase();
+TOLVA_EXPORT std::string DefaultUserSettingsDatabase();
+TOLVA_EXPORT std::string DefaultMachineSettingsDatabase();
 
 }  // namespace tolva::platform
 

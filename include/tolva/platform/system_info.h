@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 // Local date and time.
@@ -13,7 +15,7 @@ struct DateTime {
   int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
 };
 
-class SystemInfo {
+class TOLVA_EXPORT SystemInfo {
  public:
   virtual ~SystemInfo() = default;
   // GetTickCount: milliseconds since an arbitrary start, wrapping at 2^32.

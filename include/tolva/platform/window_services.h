@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
@@ -17,7 +18,7 @@ namespace tolva {
 class Form;
 
 // A control on a host form (a text box, a combo box, a button ...).
-class Control {
+class TOLVA_EXPORT Control {
  public:
   virtual ~Control() = default;
   virtual Single Left() const = 0;
@@ -33,13 +34,13 @@ class Control {
 };
 
 // A label: a control that can size itself to its text.
-class Label : public Control {
+class TOLVA_EXPORT Label : public Control {
  public:
   virtual void AutoSize(bool on) = 0;
 };
 
 // A host form.
-class Form : public Control {
+class TOLVA_EXPORT Form : public Control {
  public:
   // 2 = sizable; anything else is a fixed border.
   virtual Integer BorderStyle() const = 0;
@@ -61,7 +62,7 @@ struct FontSpec {
 };
 
 // A list box whose rows are tab-separated text.
-class ListBox {
+class TOLVA_EXPORT ListBox {
  public:
   virtual ~ListBox() = default;
   virtual FontSpec Font() const = 0;
@@ -112,14 +113,14 @@ struct AboutInfo {
 
 // A surface that measures text in one font. Measuring many strings with one
 // measurer is what makes tab-stop layout fast.
-class TextMeasurer {
+class TOLVA_EXPORT TextMeasurer {
  public:
   virtual ~TextMeasurer() = default;
   // Width of `text` in twips.
   virtual double TextWidthTwips(const std::string& text) = 0;
 };
 
-class WindowServices {
+class TOLVA_EXPORT WindowServices {
  public:
   virtual ~WindowServices() = default;
   // GetSystemMetrics(index), in pixels; 0 when unknown.

@@ -11,16 +11,17 @@
 
 #include <memory>
 
+#include "tolva/export.h"
 #include "tolva/platform/window_services.h"
 
 namespace tolva::qt {
 
 // Twips per pixel of `w`'s screen; 15 when the widget is gone.
-double WidgetTwipsPerPixel(const QWidget* w);
+TOLVA_QT_EXPORT double WidgetTwipsPerPixel(const QWidget* w);
 
 // A top-level QWidget as a form. Left/Top/Width/Height are its frame (the
 // window with its decoration), as a host form's are.
-class QtForm : public Form {
+class TOLVA_QT_EXPORT QtForm : public Form {
  public:
   explicit QtForm(QWidget* window) : w_(window) {}
   Single Left() const override;
@@ -82,7 +83,7 @@ class QtPlaced : public Base {
 
 using QtControl = QtPlaced<Control>;
 
-class QtLabel : public QtPlaced<Label> {
+class TOLVA_QT_EXPORT QtLabel : public QtPlaced<Label> {
  public:
   explicit QtLabel(QLabel* label) : QtPlaced<Label>(label) {}
   // On: the label takes the size of its text.

@@ -11,6 +11,7 @@
 
 #include <vector>
 
+#include "tolva/export.h"
 #include "tolva/platform/window_services.h"
 
 namespace tolva::qt {
@@ -18,7 +19,7 @@ namespace tolva::qt {
 // Draws a row's tab-separated parts at the stops, each clipped to its
 // column, with a thin separator line at the start of every column after the
 // first.
-class TabStopDelegate : public QStyledItemDelegate {
+class TOLVA_QT_EXPORT TabStopDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
@@ -44,7 +45,7 @@ class TabStopDelegate : public QStyledItemDelegate {
   Long extent_ = 0;
 };
 
-class QtListBox : public ListBox {
+class TOLVA_QT_EXPORT QtListBox : public ListBox {
  public:
   // Installs a TabStopDelegate on `list` unless it has one already.
   explicit QtListBox(QListWidget* list);

@@ -7,12 +7,14 @@
 
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::qt {
 
 // "*.*" becomes "*" (on this platform a name need not contain a dot); a
 // description that already ends in "(...)" loses it, so the patterns appear
 // once; a description without patterns matches everything.
-QStringList NameFilters(const std::string& filter);
+TOLVA_QT_EXPORT QStringList NameFilters(const std::string& filter);
 
 }  // namespace tolva::qt
 

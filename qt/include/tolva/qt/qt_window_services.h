@@ -12,12 +12,13 @@
 #include <memory>
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/platform/services.h"
 #include "tolva/platform/window_services.h"
 
 namespace tolva::qt {
 
-class QtWindowServices : public platform::WindowServices {
+class TOLVA_QT_EXPORT QtWindowServices : public platform::WindowServices {
  public:
   // Pixel sizes of GetSystemMetrics indexes beyond the frame measures:
   // SM_CXSCREEN (0) and SM_CYSCREEN (1), the full screen.
@@ -36,7 +37,7 @@ class QtWindowServices : public platform::WindowServices {
 
 // The services bundle of this platform with Qt window services in place of
 // the console's.
-platform::Services QtServices() noexcept;
+TOLVA_QT_EXPORT platform::Services QtServices() noexcept;
 
 }  // namespace tolva::qt
 
