@@ -50,6 +50,31 @@ scripts/package || fail "scripts/package failed"
 shipped=$(for deb in dist/*.deb; do dpkg-deb --fsys-tarfile "$deb" | tar -t; done | grep -v '/$' | sed 's|^\./|/|')
 dpkg -i dist/*.deb >"$work/dpkg-i.log" 2>&1 || { cat "$work/dpkg-i.log" >&2; fail "dpkg -i failed"; }
 
+# The shared libraries export the API the installed headers mark and nothing
+# else: every dynamic symbol belongs to a class or function marked
+# TOLVA_EXPORT / TOLVA_QT_EXPORT, so no private family, standard library
+# template or POCO, SQLite or Qt symbol reaches a host's link.
+exported_outside_api() { # LIBRARY
+  local marked sym name
+  marked=$(grep -rhoE '(class|struct) TOLVA(_QT)?_EXPORT [A-Za-z0-9_]+|TOLVA(_QT)?_EXPORT [^;(]*[ :&*](operator==|[A-Za-z0-9_]+)\(' \
+    /usr/include/tolva | sed -E 's/\($//; s/.*[ :&*]//' | sort -u)
+  nm -D --defined-only -C "$1" | cut -d' ' -f3- |
+    sed -E 's/^(typeinfo name for|typeinfo for|vtable for|VTT for|(non-)?virtual thunk to) //' |
+    while read -r sym; do
+      name=$(sed -E 's/^tolva::((platform|qt)::)?(operator==|[A-Za-z0-9_]+).*/\3/; t; s/.*/-/' <<<"$sym")
+      grep -qxF -- "$name" <<<"$marked" || echo "$sym"
+    done
+}
+for package in libtolva0 libtolva-qt0; do
+  library=$(dpkg -L "$package" | grep -E '/libtolva(-qt)?\.so\.0$')
+  count=$(nm -D --defined-only "$library" | wc -l)
+  [ "$count" -gt 0 ] || fail "$library exports nothing"
+  leaked=$(exported_outside_api "$library")
+  [ -z "$leaked" ] || fail "$library exports more than the marked API:
+$(head -20 <<<"$leaked")"
+  echo "packages: $library exports $count symbols, all of the marked API"
+done
+
 # The examples and what they write stay in the work folder: a home of their
 # own, and copies of the sources away from the tree, so nothing but /usr can
 # supply the headers, the libraries, the CMake package and the .pc files.
