@@ -87,7 +87,10 @@ cp -r examples/console examples/qt "$work/"
   cmake --build "$work/console/build"; } >"$work/console.log" 2>&1 ||
   { cat "$work/console.log" >&2; fail "examples/console does not build against the installed packages"; }
 console="$work/console/build/tolva-console-example"
-ldd "$console" | grep -qE "libtolva.so.0 => (/usr)?/lib/" || fail "examples/console is not linked to /usr's libtolva.so.0"
+# ldd's output is taken whole first: with pipefail, grep -q leaving early
+# could fail the pipe by a SIGPIPE to ldd.
+links=$(ldd "$console")
+grep -qE "libtolva.so.0 => (/usr)?/lib/" <<<"$links" || fail "examples/console is not linked to /usr's libtolva.so.0"
 
 printf 'name,size\r\nalpha,1\r\nbeta,2\r\ngamma,3\r\n' >"$work/data.csv"
 printf '[Example]\r\nRuns=41\r\n' >"$work/settings.ini"
@@ -99,7 +102,8 @@ grep -q '^Runs=42' "$work/settings.ini" || fail "the profile file does not hold 
 
 make -C "$work/qt" >"$work/qt.log" 2>&1 ||
   { cat "$work/qt.log" >&2; fail "examples/qt does not build against the installed packages"; }
-ldd "$work/qt/tolva-qt-example" | grep -qE "libtolva-qt.so.0 => (/usr)?/lib/" ||
+links=$(ldd "$work/qt/tolva-qt-example")
+grep -qE "libtolva-qt.so.0 => (/usr)?/lib/" <<<"$links" ||
   fail "examples/qt is not linked to /usr's libtolva-qt.so.0"
 
 # A local FTP server on a port the system picks; it prints the port once it
