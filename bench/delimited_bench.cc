@@ -23,6 +23,7 @@
 #include <random>
 #include <string>
 
+#include "median_ratios.h"
 #include "tolva/tolva2011register.h"
 
 namespace {
@@ -230,17 +231,25 @@ void Register() {
   const Named main_files[] = {{"plain", &f.plain}, {"quoted", &f.quoted}, {"wide", &f.wide}};
   for (const Named& n : main_files) {
     const std::string p = *n.path;
-    benchmark::RegisterBenchmark((std::string("ref_wc_l/") + n.name).c_str(), Shell, "wc -l " + p + " >/dev/null");
-    benchmark::RegisterBenchmark((std::string("GetSize/") + n.name).c_str(), GetSize, n.path, false);
-    benchmark::RegisterBenchmark((std::string("GetSize_idle_handler/") + n.name).c_str(), GetSize, n.path, true);
+    // Medians of nine for the quick ones, of three for Python's.
+    benchmark::RegisterBenchmark((std::string("ref_wc_l/") + n.name).c_str(), Shell, "wc -l " + p + " >/dev/null")
+        ->Repetitions(9);
+    benchmark::RegisterBenchmark((std::string("GetSize/") + n.name).c_str(), GetSize, n.path, false)->Repetitions(9);
+    benchmark::RegisterBenchmark((std::string("GetSize_idle_handler/") + n.name).c_str(), GetSize, n.path, true)
+        ->Repetitions(3);
     benchmark::RegisterBenchmark((std::string("ref_python_csv_count/") + n.name).c_str(), Shell,
-                                 std::string(kPythonCount) + p);
-    benchmark::RegisterBenchmark((std::string("ReadFileToArray/") + n.name).c_str(), ReadArray, n.path, false);
+                                 std::string(kPythonCount) + p)
+        ->Repetitions(3);
+    benchmark::RegisterBenchmark((std::string("ReadFileToArray/") + n.name).c_str(), ReadArray, n.path, false)
+        ->Repetitions(5);
     benchmark::RegisterBenchmark((std::string("ReadFileToArray_idle_handler/") + n.name).c_str(), ReadArray, n.path,
-                                 true);
-    benchmark::RegisterBenchmark((std::string("ReadFileToCSVDatabase/") + n.name).c_str(), ReadDatabase, n.path);
+                                 true)
+        ->Repetitions(3);
+    benchmark::RegisterBenchmark((std::string("ReadFileToCSVDatabase/") + n.name).c_str(), ReadDatabase, n.path)
+        ->Repetitions(5);
     benchmark::RegisterBenchmark((std::string("ref_python_csv_list/") + n.name).c_str(), Shell,
-                                 std::string(kPythonList) + p);
+                                 std::string(kPythonList) + p)
+        ->Repetitions(3);
   }
   benchmark::RegisterBenchmark("PeakMemory_ReadFileToArray/plain", PeakMemory, &f.plain)->Iterations(1);
   const Named hostile[] = {{"unclosed_quote", &f.unclosed},
@@ -259,7 +268,21 @@ void Register() {
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   Register();
-  benchmark::RunSpecifiedBenchmarks();
+  MedianReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  std::printf("\nMedians compared (same run):\n");
+  const struct {
+    const char* name;
+    double size_target;
+  } files[] = {{"plain", 1.0}, {"quoted", 0.5}, {"wide", 0.8}};
+  for (const auto& f : files) {
+    const std::string n = f.name;
+    reporter.PrintRatio(("GetSize " + n + " vs wc -l").c_str(), "GetSize/" + n, "ref_wc_l/" + n, f.size_target);
+    reporter.PrintRatio(("ReadFileToArray " + n + " vs Python csv list").c_str(), "ReadFileToArray/" + n,
+                        "ref_python_csv_list/" + n, 30);
+    reporter.PrintRatio(("ReadFileToCSVDatabase " + n + " vs Python csv list").c_str(), "ReadFileToCSVDatabase/" + n,
+                        "ref_python_csv_list/" + n, 30);
+  }
   benchmark::Shutdown();
   return 0;
 }

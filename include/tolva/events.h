@@ -1,7 +1,4 @@
-// The component's events. A host derives from Tolva2011RegisterEvents and
-// overrides the events it handles; every parameter is passed by non-const
-// reference, so a handler may change it and the raising member reads back
-// those it documents (Cancel, for example). The defaults do nothing.
+// The component's events: Tolva2011RegisterEvents.
 #ifndef TOLVA_EVENTS_H_
 #define TOLVA_EVENTS_H_
 
@@ -12,24 +9,32 @@
 
 namespace tolva {
 
+/// The component's events. A host derives from it and overrides the events it handles; the defaults do
+/// nothing. Every parameter is passed by non-const reference, so a handler may change it, and the raising
+/// member reads back those it documents (Cancel, for example).
 class TOLVA_EXPORT Tolva2011RegisterEvents {
  public:
+  /// Destroys the receiver.
   virtual ~Tolva2011RegisterEvents() = default;
 
-  // "Fires to indicate read/write progress." Raised by the delimited and CSV readers.
+  /// "Fires to indicate read/write progress." Raised by the delimited and CSV readers with the stage
+  /// ("Reading File - name", "Extracting Values", "Read Complete", ...) as Message and the records read so far
+  /// as Records.
   virtual void ReadWriteProgress(std::string& /*Message*/, Long& /*Records*/) {}
-  // Diagnostic texts: a handle that can't be closed, the steps of a reconnection.
+  /// A diagnostic text as Message: a handle that can't be closed, the steps of a reconnection.
   virtual void SystemMessage(std::string& /*Message*/) {}
-  // One remote directory entry found by FTPSessionFileFind; set Cancel to end the search.
+  /// One remote entry found by FTPSessionFileFind: whether it is a Directory, its Name, Size, WriteDate and
+  /// WriteTime; set Cancel to true to end the search.
   virtual void FTPSessionFileFound(Boolean& /*Directory*/, std::string& /*Name*/, Long& /*Size*/,
                                    std::string& /*WriteDate*/, std::string& /*WriteTime*/, Boolean& /*Cancel*/) {}
-  // One remote file deleted (or not) by FTPSessionFileDelete / FTPSessionFileDeleteMask.
+  /// One remote file FilePath deleted by FTPSessionFileDelete or FTPSessionFileDeleteMask; Success tells
+  /// whether it was.
   virtual void FTPSessionFileDeleted(std::string& /*FilePath*/, Boolean& /*Success*/) {}
-  // One file of FTPSessionGetMask transferred (or not).
+  /// One file FilePath of FTPSessionGetMask transferred; Success tells whether it was.
   virtual void FTPSessionFileDownloaded(std::string& /*FilePath*/, Boolean& /*Success*/) {}
-  // Progress of FTPSessionGetBuffered.
+  /// Progress of FTPSessionGetBuffered: BytesRead of TotalBytes of the remote file FileName received.
   virtual void FTPSessionGetProgress(std::string& /*FileName*/, Long& /*BytesRead*/, Long& /*TotalBytes*/) {}
-  // Progress of FTPSessionPutBuffered.
+  /// Progress of FTPSessionPutBuffered: BytesWritten of TotalBytes of the local file FileName sent.
   virtual void FTPSessionPutProgress(std::string& /*FileName*/, Long& /*BytesWritten*/, Long& /*TotalBytes*/) {}
 };
 

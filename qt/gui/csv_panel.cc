@@ -1,5 +1,6 @@
 #include "csv_panel.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -7,6 +8,24 @@
 #include "tolva/qt/list_box_adapter.h"
 
 namespace tolva::gui {
+
+namespace {
+
+// The path field shows a file under the home folder as "~/...": shorter, and
+// a shared screen or a screenshot does not tell whose machine it is.
+QString ShownPath(const QString& path) {
+  const QString home = QDir::homePath();
+  if (home.size() > 1 && path.startsWith(home + QLatin1Char('/'))) return QLatin1Char('~') + path.mid(home.size());
+  return path;
+}
+
+// A "~/..." path, shown or typed, means the home folder, as in a shell.
+QString FullPath(const QString& text) {
+  if (text == QLatin1String("~") || text.startsWith(QLatin1String("~/"))) return QDir::homePath() + text.mid(1);
+  return text;
+}
+
+}  // namespace
 
 CsvPanel::CsvPanel(Tolva2011Register& component, QWidget* parent) : QWidget(parent), c_(component) {
   auto* layout = new QVBoxLayout(this);
@@ -40,9 +59,10 @@ void CsvPanel::Browse() {
 }
 
 bool CsvPanel::Load(const QString& path) {
-  path_->setText(path);
+  const QString full = FullPath(path);
+  path_->setText(ShownPath(full));
   list_->clear();
-  const std::string file = path.toStdString();
+  const std::string file = full.toStdString();
   std::string error;
   Long rows = 0, columns = 0;
   if (!IsTrue(c_.ReadFileToArrayGetSize(file, rows, columns, error))) {

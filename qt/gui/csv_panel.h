@@ -20,8 +20,10 @@ class CsvPanel : public QWidget {
 
   CsvPanel(Tolva2011Register& component, QWidget* parent = nullptr);
   // Measures the file, reads its first rows and sets the tab stops; false
-  // (with the reason shown) on failure.
+  // (with the reason shown) on failure. `path` may begin with "~/".
   bool Load(const QString& path);
+  // The path as the field shows it: under the home folder as "~/...".
+  QString shown_path() const { return path_->text(); }
   QListWidget* list() const { return list_; }
   Long columns() const { return columns_; }
 

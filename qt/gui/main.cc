@@ -18,8 +18,8 @@
 
 namespace {
 
-// The list's text origin inside the window picture, the font's average
-// character and the stops in dialog units.
+// The path the window shows, the list's text origin inside the window
+// picture, the font's average character and the stops in dialog units.
 bool WriteReport(tolva::gui::MainWindow& window, const QString& path) {
   QListWidget* list = window.csv()->list();
   auto* delegate = qobject_cast<tolva::qt::TabStopDelegate*>(list->itemDelegate());
@@ -33,6 +33,7 @@ bool WriteReport(tolva::gui::MainWindow& window, const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) return false;
   QTextStream out(&file);
+  out << "path " << window.csv()->shown_path() << "\n";
   out << "text_left " << origin.x() + margin << "\n";
   out << "rows " << origin.y() << " " << bottom << "\n";
   out << "average " << QString::number(tolva::qt::TabStopDelegate::AverageCharWidth(list->font()), 'g', 17) << "\n";

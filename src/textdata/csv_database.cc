@@ -11,8 +11,10 @@
 #include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
+#include "textdata/parallel_rows.h"
 #include "textdata/progress_pacer.h"
 #include "textdata/row_splitter.h"
+#include "textdata/row_walk.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva {
@@ -56,6 +58,30 @@ class DatabaseRowSink {
   std::int64_t index_ = 0;
 };
 
+// One line of the database: the header, a record in the range, or a
+// record only split to find where it ends. Row 1 is the header, record 0.
+// Kept to cache lines of its own, as two of them may work side by side.
+struct alignas(64) DatabaseRows {
+  DatabaseRowSink sink;
+  std::int64_t first_record, last_record;
+  bool operator()(textdata::RowWalk& walk, std::int64_t number) {
+    const std::string_view line = walk.cursor.Next();
+    if (line.empty()) return false;
+    const std::int64_t record = number - 1;  // the header is record 0
+    if (record == 0) {
+      sink.StartLine(0);
+      walk.splitter.Split(line, sink);
+    } else if (record >= first_record && record <= last_record) {
+      sink.StartLine(record - first_record + 1);
+      walk.splitter.Split(line, sink);
+    } else {
+      textdata::CountingSink counter;
+      walk.splitter.Split(line, counter);
+    }
+    return true;
+  }
+};
+
 }  // namespace
 
 Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, HostArray<std::string>& FieldNames,
@@ -68,8 +94,6 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
     textdata::ProgressPacer progress(*s_);
     textdata::DelimitedInput input;
     if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Reading File", ErrorMessage)) return kFalse;
-    textdata::LineCursor& cursor = input.cursor();
-    textdata::RowSplitter& splitter = input.splitter();
 
     // The counts describe the ranges asked for, not what the file holds, and
     // are the plain differences of the arguments: a reversed range gives a
@@ -88,30 +112,27 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
     NumberRecords = textdata::ToLong(records);
     NumberFields = textdata::ToLong(fields);
 
-    DatabaseRowSink store(FieldNames, FieldValues, first_field, LastField);
-    textdata::CountingSink counter;
+    DatabaseRows visit{DatabaseRowSink(FieldNames, FieldValues, first_field, LastField), first_record, last_record};
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
-    std::int64_t record = -1;  // the header is record 0
-    // The whole file is read even when the ranges end earlier.
-    while (!cursor.AtEnd()) {
-      const std::string_view line = cursor.Next();
-      if (line.empty()) continue;
-      ++record;
-      if (record == 0) {
-        store.StartLine(0);
-        splitter.Split(line, store);
-      } else if (record >= first_record && record <= last_record) {
-        store.StartLine(record - first_record + 1);
-        splitter.Split(line, store);
-      } else {
-        splitter.Split(line, counter);  // only to find where the record ends
-      }
-      if (progress.Step("Extracting Values", record)) {
-        ErrorMessage = "Read Interrupted.";
-        return kFalse;
+    // The whole file is read even when the ranges end earlier. With no host
+    // to report to or to stop the read, a second thread may take the second
+    // half of a large text (see ReadFileToArray).
+    std::int64_t rows = 0;
+    DatabaseRows second = visit;
+    const std::string_view text = input.cursor().Text();
+    if (s_->events || s_->container || !textdata::VisitRowsInParallel(text, input.delimiter(), visit, second, rows)) {
+      textdata::RowWalk walk(text, input.delimiter());
+      while (!walk.cursor.AtEnd()) {
+        if (!visit(walk, rows + 1)) continue;
+        ++rows;
+        if (progress.Step("Extracting Values", rows - 1)) {
+          ErrorMessage = "Read Interrupted.";
+          return kFalse;
+        }
       }
     }
+    const std::int64_t record = rows - 1;  // the last record's number; -1 without a header
 
     if (IsTrue(TrimValues)) {
       progress.Report("Triming Values", 0);

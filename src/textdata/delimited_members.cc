@@ -8,8 +8,11 @@
 #include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
+#include "textdata/parallel_rows.h"
 #include "textdata/progress_pacer.h"
+#include "textdata/row_measure.h"
 #include "textdata/row_splitter.h"
+#include "textdata/row_walk.h"
 #include "tolva/tolva2011register.h"
 
 namespace tolva {
@@ -22,16 +25,24 @@ class ArrayRowSink {
  public:
   static constexpr bool kWantsValues = true;
 
-  ArrayRowSink(HostArray<std::string>& array, std::int64_t max_columns, std::int64_t& widest) noexcept
-      : array_(array), max_columns_(max_columns), widest_(widest) {}
+  ArrayRowSink(HostArray<std::string>& array, std::int64_t max_columns) noexcept
+      : array_(array), max_columns_(max_columns) {}
 
-  void StartRow(Long row) noexcept { row_ = row; }
+  std::int64_t widest() const noexcept { return widest_; }
+
+  // The row's cells are found once: a host array keeps each row's cells
+  // side by side, so a field's cell is an offset from the row's first.
+  void StartRow(Long row) noexcept {
+    first_column_ = array_.LBound(2);
+    last_column_ = array_.UBound(2);
+    row_cells_ = array_.At(row, first_column_);  // null: no such row, or not two dimensions
+  }
 
   void Field(std::int64_t column, std::string_view value, std::string* owned) {
     if (column > max_columns_) return;
     widest_ = std::max(widest_, column);
-    std::string* cell = array_.At(row_, static_cast<Long>(column));
-    if (!cell) return;  // outside the host's array: dropped
+    if (!row_cells_ || column < first_column_ || column > last_column_) return;  // outside the host's array: dropped
+    std::string* cell = row_cells_ + (column - first_column_);
     if (owned)
       *cell = std::move(*owned);
     else
@@ -41,8 +52,29 @@ class ArrayRowSink {
  private:
   HostArray<std::string>& array_;
   std::int64_t max_columns_;
-  std::int64_t& widest_;
-  Long row_ = 0;
+  std::int64_t widest_ = 0;  // widest row among the stored cells only
+  std::string* row_cells_ = nullptr;
+  std::int64_t first_column_ = 0, last_column_ = -1;
+};
+
+// One line of the array reader: stored when its row is within MaxRows,
+// else only split to find where the row ends. Kept to cache lines of its
+// own, as two of them may work side by side.
+struct alignas(64) ArrayRows {
+  ArrayRowSink sink;
+  std::int64_t max_rows;
+  bool operator()(textdata::RowWalk& walk, std::int64_t number) {
+    const bool storing = number <= max_rows;
+    const std::string_view line = storing ? walk.cursor.Next() : walk.NextLine();
+    if (line.empty()) return false;
+    if (storing) {
+      sink.StartRow(static_cast<Long>(number));
+      walk.splitter.Split(line, sink);
+    } else {
+      walk.splitter.Count(line, walk.scan);
+    }
+    return true;
+  }
 };
 
 }  // namespace
@@ -65,6 +97,16 @@ Boolean Tolva2011Register::ReadFileToArrayGetSize(const std::string& FilePath, L
     ActualColumns = 0;
     progress.ClearCancel();
     progress.Report("Testing Values", 0);
+    // With no host to report to or to stop the test, nothing can tell one
+    // walk from two: the text is measured on two processors.
+    if (!s_->events && !s_->container) {
+      textdata::RowMeasure measure;
+      if (textdata::MeasureRowsInParallel(cursor.Text(), delimiter, TestRows, measure)) {
+        ActualRows = textdata::ToLong(measure.rows);
+        ActualColumns = textdata::ToLong(measure.columns);
+        return kTrue;
+      }
+    }
     while (!cursor.AtEnd()) {
       const std::string_view line = cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
       if (line.empty()) continue;
@@ -96,37 +138,35 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
     textdata::ProgressPacer progress(*s_);
     textdata::DelimitedInput input;
     if (!input.Open(*this, *s_, progress, FilePath, Delimiter, "Reading File", ErrorMessage)) return kFalse;
-    textdata::LineCursor& cursor = input.cursor();
-    textdata::RowSplitter& splitter = input.splitter();
+    const textdata::LineCursor& cursor = input.cursor();
     const std::int64_t max_rows = MaxRows;
     std::int64_t rows = 0;
-    std::int64_t widest = 0;  // widest row among the stored cells only
     ActualRows = 0;
     ActualColumns = 0;
-    ArrayRowSink store(InputArray, MaxColumns, widest);
-    const textdata::DelimiterMatcher& delimiter = input.delimiter();
-    textdata::LineScan scan{};
+    ArrayRows visit{ArrayRowSink(InputArray, MaxColumns), max_rows};
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
-    while (!cursor.AtEnd()) {
-      // Rows past MaxRows are counted, and split only to find where they end.
-      const bool storing = rows < max_rows;  // about the next non-empty line
-      const std::string_view line =
-          storing ? cursor.Next() : cursor.Next(delimiter.FirstLower(), delimiter.FirstUpper(), scan);
-      if (line.empty()) continue;
-      ++rows;
-      if (storing) {
-        store.StartRow(static_cast<Long>(rows));
-        splitter.Split(line, store);
-      } else {
-        splitter.Count(line, scan);
+    // With no host to report to or to stop the read, no host code runs
+    // until it returns, so a second thread may fill the rows of the second
+    // half of a large text into the host's array meanwhile.
+    ArrayRows second{ArrayRowSink(InputArray, MaxColumns), max_rows};
+    std::int64_t widest = 0;
+    if (!s_->events && !s_->container &&
+        textdata::VisitRowsInParallel(cursor.Text(), input.delimiter(), visit, second, rows)) {
+      widest = std::max(visit.sink.widest(), second.sink.widest());
+    } else {
+      textdata::RowWalk walk(cursor.Text(), input.delimiter());
+      while (!walk.cursor.AtEnd()) {
+        if (!visit(walk, rows + 1)) continue;
+        ++rows;
+        if (progress.Step("Extracting Values", rows)) {
+          ActualRows = textdata::ToLong(rows);
+          ActualColumns = textdata::ToLong(visit.sink.widest());
+          ErrorMessage = "Read Interrupted.";
+          return kFalse;
+        }
       }
-      if (progress.Step("Extracting Values", rows)) {
-        ActualRows = textdata::ToLong(rows);
-        ActualColumns = textdata::ToLong(widest);
-        ErrorMessage = "Read Interrupted.";
-        return kFalse;
-      }
+      widest = visit.sink.widest();
     }
     ActualRows = textdata::ToLong(rows);
     ActualColumns = textdata::ToLong(widest);

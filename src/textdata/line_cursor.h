@@ -35,6 +35,15 @@ class LineCursor {
   std::string_view Next(char a, char b, LineScan& scan) noexcept;
 
   bool AtEnd() const noexcept { return end_; }
+
+  // Where the next line starts. Seek() puts the cursor at a position that
+  // an earlier walk of the same text reported, or at a line start found
+  // the same way Next() finds them (see SplitPoint in row_measure.cc).
+  std::size_t Position() const noexcept { return pos_; }
+  void Seek(std::size_t pos) noexcept {
+    pos_ = pos;
+    end_ = false;
+  }
   const std::string_view& Text() const noexcept { return text_; }
 
  private:

@@ -10,13 +10,14 @@
 
 namespace tolva::platform {
 
+/// True when `s` holds a "*" or a "?".
 inline bool HasWildcard(std::string_view s) noexcept {
   return s.find_first_of("*?") != std::string_view::npos;
 }
 
-// True when `name` matches `pattern`: "*" stands for any run of characters,
-// "?" for exactly one. Names compare exactly, as this platform's names do.
-// "*.*" matches every name, also one without a dot, as hosts expect.
+/// True when `name` matches `pattern`: "*" stands for any run of characters, "?" for exactly one.
+/// Names compare exactly, as this platform's names do. "*.*" matches every name, also one without a dot,
+/// as hosts expect.
 inline bool MatchWildcard(std::string_view name, std::string_view pattern) noexcept {
   if (pattern == "*.*") pattern = "*";
   // Iterative matcher with one backtrack point: linear in practice and never
@@ -42,7 +43,7 @@ inline bool MatchWildcard(std::string_view name, std::string_view pattern) noexc
   return p == pattern.size();
 }
 
-// Turns the host's "\" separators into this platform's "/".
+/// `path` with the host's `\` separators turned into this platform's `/`.
 inline std::string ToPlatformPath(std::string_view path) {
   std::string out(path);
   for (char& c : out)
@@ -50,8 +51,8 @@ inline std::string ToPlatformPath(std::string_view path) {
   return out;
 }
 
-// Splits a platform path into its directory ("" when none, "/" for the
-// root) and its last segment.
+/// Splits the platform path `path` into its `directory` ("" when none, `/` for the root) and its `last`
+/// segment.
 inline void SplitLastSegment(const std::string& path, std::string& directory, std::string& last) {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string::npos) {

@@ -82,6 +82,104 @@ TEST_F(ReadersTest, ArrayReaderSplitsFieldsAndRowsLikeTheSizeTest) {
   }
 }
 
+// Rows of widths 60 down to 21 (or up from 21 to 60), each line ended by
+// `end`: placed in the middle of about 9 MiB of one-field rows, every
+// TestRows near the middle has its own answer.
+std::string SlopingRows(const std::string& end, bool narrowing = true) {
+  std::string rows;
+  for (int k = 0; k < 40; ++k) rows += std::string(static_cast<std::size_t>(narrowing ? 59 - k : 20 + k), ',') + end;
+  return rows;
+}
+
+// About 9 MiB of numbered one-field rows with `middle` in the middle; the
+// number of rows before it is left in `first_half_rows`.
+std::string LargeText(const std::string& middle, const std::string& end, Long& first_half_rows) {
+  std::string half;
+  for (first_half_rows = 0; half.size() < (9u << 19); ++first_half_rows) {
+    const std::string number = std::to_string(first_half_rows);
+    half += std::string(8 - number.size(), '0') + number + std::string(240, 'f') + end;
+  }
+  return half + middle + half;
+}
+
+struct LargeTextRow {
+  const char* label;
+  std::string middle, end;
+};
+std::vector<LargeTextRow> LargeTextRows() {
+  std::string quoted_lines = "q,\"open\r\n";
+  for (int i = 0; i < 400; ++i) quoted_lines += "in,side\r\n";
+  return {
+      {"CR LF", SlopingRows("\r\n"), "\r\n"},
+      {"LF only, widest row past the middle", SlopingRows("\n", false), "\n"},
+      {"wide rows only past the middle",
+       [] {
+         std::string narrow;
+         for (int i = 0; i < 4000; ++i) narrow += "x\n";
+         return narrow;
+       }() +
+           SlopingRows("\n", false),
+       "\n"},
+      {"CR only", SlopingRows("\r"), "\r"},
+      {"empty lines", std::string(200, '\n') + SlopingRows("\n\n"), "\n"},
+      {"a quoted field's lines across the middle",
+       SlopingRows("\r\n") + quoted_lines + "shut\",2,3\r\n" + SlopingRows("\r\n", false), "\r\n"},
+  };
+}
+
+// Without a host the readers may take the two halves of a large text at
+// once; they must find what one walk from the top finds, wherever the
+// middle falls and whatever TestRows or MaxRows leaves out.
+TEST_F(ReadersTest, SizeTestOfALargeTextAgreesWithOneWalk) {
+  Tolva2011Register alone(Services(), nullptr, nullptr);
+  for (const auto& r : LargeTextRows()) {
+    Long first_half_rows = 0;
+    fs->AddFile(kFile, LargeText(r.middle, r.end, first_half_rows));
+    for (Long test_rows = first_half_rows - 2; test_rows < first_half_rows + 45; test_rows += 3) {
+      const Long counted_from = test_rows == first_half_rows - 2 ? 0 : test_rows;
+      Long one_rows = 0, one_columns = 0, two_rows = -1, two_columns = -1;
+      std::string error;
+      c.ReadFileToArrayGetSize(kFile, one_rows, one_columns, error, ",", counted_from);
+      alone.ReadFileToArrayGetSize(kFile, two_rows, two_columns, error, ",", counted_from);
+      ASSERT_EQ(std::vector<Long>({two_rows, two_columns}), std::vector<Long>({one_rows, one_columns}))
+          << r.label << ", TestRows " << counted_from;
+    }
+  }
+}
+
+TEST_F(ReadersTest, StoringReadersOfALargeTextAgreeWithOneWalk) {
+  Tolva2011Register alone(Services(), nullptr, nullptr);
+  const auto cells = [](const HostArray<std::string>& a, Long rows) {
+    std::vector<std::string> all;
+    for (Long i = 1; i <= rows; ++i)
+      for (Long k = 1; k <= 3; ++k) all.push_back(*a.At(i, k));
+    return all;
+  };
+  for (const auto& r : LargeTextRows()) {
+    Long half = 0;
+    fs->AddFile(kFile, LargeText(r.middle, r.end, half));
+    const Long rows = 2 * half + 800;
+    for (const Long limit : {rows, half + 20}) {
+      std::vector<Long> counts[2];
+      std::vector<std::string> stored[2];
+      Tolva2011Register* readers[2] = {&c, &alone};
+      for (int k = 0; k < 2; ++k) {
+        auto array = HostArray<std::string>::TwoDim(1, rows, 1, 3), names = HostArray<std::string>::OneDim(1, 3);
+        Long rr = 0, rc = 0, ar = 0, ac = 0, nr = 0, nf = 0;
+        std::string error;
+        readers[k]->ReadFileToArray(kFile, array, limit, 3, rr, rc, ar, ac, error);
+        stored[k] = cells(array, rows);
+        readers[k]->ReadFileToCSVDatabase(kFile, names, array, half - 5, limit, 2, 3, nr, nf, error);
+        counts[k] = {rr, rc, ar, ac, nr, nf};
+        for (const auto& cell : cells(array, rows)) stored[k].push_back(cell);
+        stored[k].push_back(*names.At(1) + "|" + *names.At(2));
+      }
+      ASSERT_EQ(counts[1], counts[0]) << r.label << ", limit " << limit;
+      ASSERT_TRUE(stored[1] == stored[0]) << r.label << ", limit " << limit;
+    }
+  }
+}
+
 TEST_F(ReadersTest, ArrayReaderLimitsAndCounts) {
   struct Row {
     const char* label;

@@ -11,9 +11,10 @@
 
 namespace tolva::qt {
 
-// "*.*" becomes "*" (on this platform a name need not contain a dot); a
-// description that already ends in "(...)" loses it, so the patterns appear
-// once; a description without patterns matches everything.
+/// The component's dialog `filter` ("Description|pattern; pattern|...") as Qt name filters
+/// ("Description (pattern pattern)"). "*.*" becomes "*" (on this platform a name need not contain a dot); a
+/// description that already ends in "(...)" loses it, so the patterns appear once; a description without
+/// patterns matches everything.
 TOLVA_QT_EXPORT QStringList NameFilters(const std::string& filter);
 
 }  // namespace tolva::qt

@@ -61,6 +61,18 @@ void ReadPart(int fd, char* data, Part& part) noexcept {
   }
 }
 
+// Asks for 2 MiB pages under the 2 MiB-aligned interior of a large buffer:
+// a fresh gigabyte then takes 512 page faults instead of 262,144, and the
+// faults, not the copy, are most of the cost of reading a file held in the
+// page cache into new memory. Only a hint: with transparent huge pages off,
+// or none to be had at once, the kernel hands out small pages as before.
+void AdviseHugePages(char* p, std::size_t n) noexcept {
+  constexpr std::uintptr_t kHuge = 2u << 20;
+  const auto from = (reinterpret_cast<std::uintptr_t>(p) + kHuge - 1) & ~(kHuge - 1);
+  const auto to = (reinterpret_cast<std::uintptr_t>(p) + n) & ~(kHuge - 1);
+  if (to > from) ::madvise(reinterpret_cast<void*>(from), to - from, MADV_HUGEPAGE);
+}
+
 unsigned PartCount(std::size_t n) noexcept {
   if (n < kPartsFrom) return 1;
   const unsigned processors = std::max(1u, std::thread::hardware_concurrency());
@@ -70,6 +82,7 @@ unsigned PartCount(std::size_t n) noexcept {
 // Reads n bytes into data; the bytes read, or an errno in `error`.
 std::size_t ReadInto(int fd, char* data, std::size_t n, int& error) noexcept {
   const unsigned count = PartCount(n);
+  if (n >= kPartsFrom) AdviseHugePages(data, n);
   std::array<Part, kMostParts> parts{};
   std::array<std::thread, kMostParts> helpers{};
   const std::size_t step = n / count;
