@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
@@ -11,7 +12,7 @@ namespace tolva {
 /// The component's events. A host derives from it and overrides the events it handles; the defaults do
 /// nothing. Every parameter is passed by non-const reference, so a handler may change it, and the raising
 /// member reads back those it documents (Cancel, for example).
-class Tolva2011RegisterEvents {
+class TOLVA_EXPORT Tolva2011RegisterEvents {
  public:
   /// Destroys the receiver.
   virtual ~Tolva2011RegisterEvents() = default;

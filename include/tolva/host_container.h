@@ -4,11 +4,13 @@
 
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva {
 
 /// What the program that embeds the component provides to it. A console host can use this base class as it is
 /// (both members do nothing).
-class HostContainer {
+class TOLVA_EXPORT HostContainer {
  public:
   /// Destroys the container.
   virtual ~HostContainer() = default;

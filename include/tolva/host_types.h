@@ -13,6 +13,8 @@
 #include <variant>
 #include <vector>
 
+#include "tolva/export.h"
+
 /// The component, the types a host exchanges with it, and the host-side interfaces it calls.
 namespace tolva {
 
@@ -63,7 +65,7 @@ struct Picture {
 using PictureRef = std::shared_ptr<const Picture>;
 
 /// A tagged value: empty, String, Long, Single, Double, Boolean or picture.
-class Variant {
+class TOLVA_EXPORT Variant {
  public:
   /// What a Variant holds: nothing, a String, a Long, a Single, a Double, a Boolean or a picture.
   enum class Kind { kEmpty, kString, kLong, kSingle, kDouble, kBoolean, kPicture };
@@ -104,7 +106,7 @@ class Variant {
   PictureRef AsPicture() const noexcept;
 
   /// Whether `a` and `b` hold the same kind and value.
-  friend bool operator==(const Variant& a, const Variant& b) noexcept;
+  friend TOLVA_EXPORT bool operator==(const Variant& a, const Variant& b) noexcept;
 
  private:
   struct BoolBox {

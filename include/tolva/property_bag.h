@@ -6,13 +6,14 @@
 #include <map>
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
 
 /// The property bag in which a host form keeps the component's persisted properties. A bag stores a value only
 /// when it differs from the default the writer names, so a component saved with all defaults leaves it empty.
-class PropertyBag {
+class TOLVA_EXPORT PropertyBag {
  public:
   /// Destroys the bag.
   virtual ~PropertyBag() = default;
@@ -23,7 +24,7 @@ class PropertyBag {
 };
 
 /// A bag held in memory; what a test or a host without persistence uses.
-class MemoryPropertyBag : public PropertyBag {
+class TOLVA_EXPORT MemoryPropertyBag : public PropertyBag {
  public:
   Variant ReadProperty(const std::string& name, const Variant& default_value) override;
   void WriteProperty(const std::string& name, const Variant& value, const Variant& default_value) override;
@@ -41,7 +42,7 @@ class MemoryPropertyBag : public PropertyBag {
 };
 
 /// A bag kept in a text file of "name=value" lines (values escaped so that any bytes survive).
-class FilePropertyBag : public MemoryPropertyBag {
+class TOLVA_EXPORT FilePropertyBag : public MemoryPropertyBag {
  public:
   /// A bag for the file `path`; nothing is read until Load().
   explicit FilePropertyBag(std::string path) : path_(std::move(path)) {}

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tolva/events.h"
+#include "tolva/export.h"
 #include "tolva/host_container.h"
 #include "tolva/host_types.h"
 #include "tolva/platform/services.h"
@@ -27,7 +28,7 @@ struct ComponentState;
 ///
 /// Members run on the host's thread. Long loops raise events and let the host process pending events between
 /// units of work, so the host's handlers may stop them (ReadWriteCancel, FTPSessionStop).
-class Tolva2011Register {
+class TOLVA_EXPORT Tolva2011Register {
  public:
   /// Creates the component.
   /// @param services the platform services it works on (the real Linux ones by default).

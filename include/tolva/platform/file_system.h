@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 /// The outcome of a file operation: a classic run-time error number and its text.
@@ -49,7 +51,7 @@ struct DirEntry {
 };
 
 /// An open file. Closed by its destructor.
-class File {
+class TOLVA_EXPORT File {
  public:
   /// Closes the file, ignoring a late error; call Close() to learn of one.
   virtual ~File() = default;
@@ -69,7 +71,7 @@ class File {
 };
 
 /// The bytes of a whole file, read only, valid for as long as the view lives.
-class FileView {
+class TOLVA_EXPORT FileView {
  public:
   /// Releases the bytes.
   virtual ~FileView() = default;
@@ -82,7 +84,7 @@ class FileView {
 };
 
 /// A view of bytes held in memory: what FileSystem::ViewAll gives by default.
-class OwnedFileView final : public FileView {
+class TOLVA_EXPORT OwnedFileView final : public FileView {
  public:
   /// A view owning `bytes`.
   explicit OwnedFileView(std::string bytes) noexcept : bytes_(std::move(bytes)) {}
@@ -104,7 +106,7 @@ enum class OpenMode {
 /// separators; implementations turn `\` into `/`. Failures come back as a FileError holding the classic
 /// run-time number and text (53 "File not found", 76 "Path not found", 70 "Permission denied", 75
 /// "Path/File access error", 61 "Disk full", 57 "Device I/O error", ...).
-class FileSystem {
+class TOLVA_EXPORT FileSystem {
  public:
   /// Destroys the service.
   virtual ~FileSystem() = default;

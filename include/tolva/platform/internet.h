@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 /// An opaque handle of the Internet library; 0 is none.
@@ -115,7 +117,7 @@ struct FindData {
 /// CloseHandle(). Closing a connection while a search or file is open under it closes them too. One
 /// connection runs one command at a time: while a search or file handle is open on it, other commands on
 /// that connection may fail with kErrorFtpTransferInProgress.
-class InternetLibrary {
+class TOLVA_EXPORT InternetLibrary {
  public:
   /// Destroys the library.
   virtual ~InternetLibrary() = default;

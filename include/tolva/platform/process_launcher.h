@@ -4,12 +4,14 @@
 
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 inline constexpr int kShowNoActivate = 4;  ///< normal window, does not take the focus
 
 /// Starts programs from a command line.
-class ProcessLauncher {
+class TOLVA_EXPORT ProcessLauncher {
  public:
   /// Destroys the service; started programs run on.
   virtual ~ProcessLauncher() = default;

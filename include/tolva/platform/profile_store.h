@@ -5,12 +5,14 @@
 #include <cstddef>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 /// Profile (INI) files, behaving as the classic profile API does on the same bytes: case-insensitive names,
 /// blanks trimmed, first match wins, the file's formatting kept on write, and a write never leaves a
 /// half-written file. A bare file name means the file in the Windows-directory stand-in.
-class ProfileStore {
+class TOLVA_EXPORT ProfileStore {
  public:
   /// Destroys the service.
   virtual ~ProfileStore() = default;

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "tolva/export.h"
 #include "tolva/platform/file_system.h"
 #include "tolva/platform/internet.h"
 #include "tolva/platform/process_launcher.h"
@@ -38,7 +39,7 @@ struct Services {
 /// The real services of this platform: POSIX files, INI files, the SQLite settings database, the FTP client,
 /// system information, process start and a console stand-in for window services (message boxes on the
 /// terminal, no screen metrics). A toolkit binding replaces `windows`.
-Services LinuxServices() noexcept;
+TOLVA_EXPORT Services LinuxServices() noexcept;
 
 }  // namespace tolva::platform
 

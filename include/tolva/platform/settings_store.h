@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 using SettingsKey = std::uint32_t;  ///< an open key; 0 is none
@@ -68,7 +70,7 @@ inline constexpr std::size_t kMaxKeyNameLength = 255;
 ///
 /// Every call returns a Windows error number, one of the kSettings results. Calls come from the host's thread;
 /// an implementation may be shared by several components of one program.
-class SettingsStore {
+class TOLVA_EXPORT SettingsStore {
  public:
   /// A store; implementations open their databases lazily.
   SettingsStore() = default;
@@ -120,15 +122,15 @@ class SettingsStore {
 /// fail (2 on reads, 1016 on writes) and is left untouched. Writes are one transaction each in WAL mode with a
 /// busy time-out, so several processes may write at once and a process that is killed never loses a write
 /// that returned 0.
-std::shared_ptr<SettingsStore> NewSettingsDatabase(const std::string& user_database,
-                                                   const std::string& machine_database);
+TOLVA_EXPORT std::shared_ptr<SettingsStore> NewSettingsDatabase(const std::string& user_database,
+                                                                const std::string& machine_database);
 
 /// The default per-user database: $TOLVA_SETTINGS_DB, else $XDG_CONFIG_HOME/tolva/settings.db
 /// (XDG_CONFIG_HOME defaulting to ~/.config; its missing directories are made, private to the user, on the
 /// first write).
-std::string DefaultUserSettingsDatabase();
+TOLVA_EXPORT std::string DefaultUserSettingsDatabase();
 /// The default machine database: $TOLVA_MACHINE_SETTINGS_DB, else /etc/tolva/settings.db.
-std::string DefaultMachineSettingsDatabase();
+TOLVA_EXPORT std::string DefaultMachineSettingsDatabase();
 
 }  // namespace tolva::platform
 

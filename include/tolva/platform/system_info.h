@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "tolva/export.h"
+
 namespace tolva::platform {
 
 /// Local date and time.
@@ -16,7 +18,7 @@ struct DateTime {
 };
 
 /// System information: the tick counter, the wait, names, the clock and the system message table.
-class SystemInfo {
+class TOLVA_EXPORT SystemInfo {
  public:
   /// Destroys the service.
   virtual ~SystemInfo() = default;

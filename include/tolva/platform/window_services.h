@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "tolva/export.h"
 #include "tolva/host_types.h"
 
 namespace tolva {
@@ -17,7 +18,7 @@ namespace tolva {
 class Form;
 
 /// A control on a host form (a text box, a combo box, a button ...). Measures are in twips (1/1440 inch).
-class Control {
+class TOLVA_EXPORT Control {
  public:
   /// Destroys this handle on the control, not the control.
   virtual ~Control() = default;
@@ -42,14 +43,14 @@ class Control {
 };
 
 /// A label: a control that can size itself to its text.
-class Label : public Control {
+class TOLVA_EXPORT Label : public Control {
  public:
   /// With `on` true, the label takes the size of its text.
   virtual void AutoSize(bool on) = 0;
 };
 
 /// A host form: a top-level window, measured with its frame.
-class Form : public Control {
+class TOLVA_EXPORT Form : public Control {
  public:
   /// 2 for a sizable form; anything else is a fixed border.
   virtual Integer BorderStyle() const = 0;
@@ -75,7 +76,7 @@ struct FontSpec {
 };
 
 /// A list box whose rows are tab-separated text.
-class ListBox {
+class TOLVA_EXPORT ListBox {
  public:
   /// Destroys this handle on the list box, not the list box.
   virtual ~ListBox() = default;
@@ -141,7 +142,7 @@ struct AboutInfo {
 
 /// A surface that measures text in one font. Measuring many strings with one measurer is what makes
 /// tab-stop layout fast.
-class TextMeasurer {
+class TOLVA_EXPORT TextMeasurer {
  public:
   /// Releases the surface.
   virtual ~TextMeasurer() = default;
@@ -151,7 +152,7 @@ class TextMeasurer {
 
 /// Window services: system metrics, the screen, message boxes, text measures and the standard dialogs.
 /// A toolkit binding implements them; without a display every call fails quietly and reports 0.
-class WindowServices {
+class TOLVA_EXPORT WindowServices {
  public:
   /// Destroys the service.
   virtual ~WindowServices() = default;

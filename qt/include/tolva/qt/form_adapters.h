@@ -8,17 +8,18 @@
 
 #include <memory>
 
+#include "tolva/export.h"
 #include "tolva/platform/window_services.h"
 
 namespace tolva::qt {
 
 /// Twips per pixel of the screen widget `w` is on; 15 when the widget is gone.
-double WidgetTwipsPerPixel(const QWidget* w);
+TOLVA_QT_EXPORT double WidgetTwipsPerPixel(const QWidget* w);
 
 /// A top-level QWidget as a host form. Left/Top/Width/Height are its frame (the window with its decoration),
 /// as a host form's are, in twips at the widget's own logical resolution. The adapter does not own its widget
 /// and tolerates its deletion: a deleted widget reads as 0 and ignores changes.
-class QtForm : public Form {
+class TOLVA_QT_EXPORT QtForm : public Form {
  public:
   /// A form on the top-level widget `window`.
   explicit QtForm(QWidget* window) : w_(window) {}
@@ -99,7 +100,7 @@ class QtPlaced : public Base {
 using QtControl = QtPlaced<Control>;
 
 /// A QLabel as a host label.
-class QtLabel : public QtPlaced<Label> {
+class TOLVA_QT_EXPORT QtLabel : public QtPlaced<Label> {
  public:
   /// A label on `label`.
   explicit QtLabel(QLabel* label) : QtPlaced<Label>(label) {}

@@ -8,13 +8,14 @@
 
 #include <vector>
 
+#include "tolva/export.h"
 #include "tolva/platform/window_services.h"
 
 namespace tolva::qt {
 
 /// Draws a row's tab-separated parts at the stops, each clipped to its column, with a thin separator line at
 /// the start of every column after the first.
-class TabStopDelegate : public QStyledItemDelegate {
+class TOLVA_QT_EXPORT TabStopDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
  public:
@@ -50,7 +51,7 @@ class TabStopDelegate : public QStyledItemDelegate {
 /// A QListWidget of tab-separated rows as the component's list box: the rows are drawn in columns at the tab
 /// stops the component sets, and the list scrolls horizontally over the extent it sets. The adapter does not
 /// own the list.
-class QtListBox : public ListBox {
+class TOLVA_QT_EXPORT QtListBox : public ListBox {
  public:
   /// A list box on `list`; installs a TabStopDelegate on it unless it has one already.
   explicit QtListBox(QListWidget* list);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "tolva/export.h"
 #include "tolva/platform/services.h"
 #include "tolva/platform/window_services.h"
 
@@ -17,7 +18,7 @@ namespace tolva::qt {
 ///
 /// Every call must come from the thread of the QApplication. Without a QApplication (or without a screen)
 /// every call fails quietly: 0 for a measure, 0 for a message box, kUnavailable for a dialog.
-class QtWindowServices : public platform::WindowServices {
+class TOLVA_QT_EXPORT QtWindowServices : public platform::WindowServices {
  public:
   /// GetSystemMetrics(`index`) in pixels, from the style; SM_CXSCREEN (0) and SM_CYSCREEN (1) give the
   /// full screen.
@@ -36,7 +37,7 @@ class QtWindowServices : public platform::WindowServices {
 };
 
 /// The services bundle of this platform with Qt window services in place of the console's.
-platform::Services QtServices() noexcept;
+TOLVA_QT_EXPORT platform::Services QtServices() noexcept;
 
 }  // namespace tolva::qt
 
