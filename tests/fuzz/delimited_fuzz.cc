@@ -4,22 +4,14 @@
 // (0 to 3), byte 1 the limits; then the delimiter; the rest is the file.
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
+#include "fuzz/fuzz_check.h"
 #include "fakes/fake_file_system.h"
 #include "tolva/tolva2011register.h"
 
 namespace {
-
-void Check(bool ok, const char* what) {
-  if (!ok) {
-    std::fprintf(stderr, "delimited fuzz: invariant broken: %s\n", what);
-    std::abort();
-  }
-}
 
 const char* const kSentinel = "\x01untouched";
 

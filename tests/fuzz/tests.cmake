@@ -1,18 +1,35 @@
-# Fuzz target of the delimited readers. Every build replays the seed corpus
-# as a test; with Clang and -DTOLVA_FUZZ=ON a libFuzzer program is built too
+# Fuzz targets of the parsers of outside input, one <name>_fuzz.cc and one
+# corpus/<name> folder each. Every build replays each corpus as a test; with
+# Clang and -DTOLVA_FUZZ=ON a libFuzzer program fuzz_<name> is built too
 # (scripts/fuzz runs it).
 option(TOLVA_FUZZ "Build libFuzzer targets (Clang only)" OFF)
 set(tolva_fuzz_dir ${CMAKE_CURRENT_LIST_DIR})
-
-add_executable(fuzz_delimited_replay ${tolva_fuzz_dir}/delimited_fuzz.cc ${tolva_fuzz_dir}/replay_main.cc)
-target_link_libraries(fuzz_delimited_replay PRIVATE tolva_test_support)
-target_compile_options(fuzz_delimited_replay PRIVATE ${TOLVA_WARNINGS})
-tolva_add_test(fuzz_delimited_replay fuzz_delimited_replay ${tolva_fuzz_dir}/corpus/delimited)
-set_tests_properties(fuzz_delimited_replay PROPERTIES LABELS fuzz TIMEOUT 300)
-
+set(tolva_fuzzing OFF)
 if(TOLVA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-  add_executable(fuzz_delimited ${tolva_fuzz_dir}/delimited_fuzz.cc)
-  target_compile_options(fuzz_delimited PRIVATE -fsanitize=fuzzer ${TOLVA_WARNINGS})
-  target_link_options(fuzz_delimited PRIVATE -fsanitize=fuzzer)
-  target_link_libraries(fuzz_delimited PRIVATE tolva_test_support)
+  set(tolva_fuzzing ON)
+  # The library and the fakes carry coverage too, or the fuzzer would see
+  # only the few branches of the target file itself.
+  target_compile_options(tolva PRIVATE -fsanitize=fuzzer-no-link)
+  target_compile_options(tolva_test_support PRIVATE -fsanitize=fuzzer-no-link)
 endif()
+
+function(tolva_add_fuzz_target name)
+  add_executable(fuzz_${name}_replay ${tolva_fuzz_dir}/${name}_fuzz.cc ${tolva_fuzz_dir}/replay_main.cc)
+  target_link_libraries(fuzz_${name}_replay PRIVATE tolva_test_support)
+  target_compile_options(fuzz_${name}_replay PRIVATE ${TOLVA_WARNINGS})
+  tolva_add_test(fuzz_${name}_replay fuzz_${name}_replay ${tolva_fuzz_dir}/corpus/${name})
+  set_tests_properties(fuzz_${name}_replay PROPERTIES LABELS fuzz TIMEOUT 300)
+  if(tolva_fuzzing)
+    add_executable(fuzz_${name} ${tolva_fuzz_dir}/${name}_fuzz.cc)
+    target_compile_options(fuzz_${name} PRIVATE -fsanitize=fuzzer ${TOLVA_WARNINGS})
+    target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    target_link_libraries(fuzz_${name} PRIVATE tolva_test_support)
+  endif()
+endfunction()
+
+file(GLOB tolva_fuzz_sources CONFIGURE_DEPENDS ${tolva_fuzz_dir}/*_fuzz.cc)
+foreach(source ${tolva_fuzz_sources})
+  get_filename_component(name ${source} NAME_WE)
+  string(REGEX REPLACE "_fuzz$" "" name ${name})
+  tolva_add_fuzz_target(${name})
+endforeach()
