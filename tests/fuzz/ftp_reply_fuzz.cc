@@ -1,11 +1,9 @@
 // Fuzz target of the FTP reply reader: the input is what a server sends on
 // the control connection; replies are read from it one after another until
 // it ends or a reply is refused, as a session would.
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
-#include "fuzz/fuzz_check.h"
+#include "fuzz/fuzz_target.h"
 #include "platform/linux/ftp/ftp_reply_reader.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -21,8 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       Check(failure.error() == tolva::platform::kErrorInternetConnectionAborted, "a refused reply is 12030");
       return 0;
     }
-    Check(reply.code >= 100 && reply.code <= 599, "the code is 100..599");
-    Check(reply.text.compare(0, 3, std::to_string(reply.code)) == 0, "the text starts with the code");
+    Check(reply.code >= 100 && reply.code <= 599 && reply.text.compare(0, 3, std::to_string(reply.code)) == 0,
+          "the code is 100..599 and starts the text");
     Check(data[pos - 1] == '\n', "a reply ends at a line end");
     // The text is the lines read, each without its line end, joined by CR LF.
     std::string expected;

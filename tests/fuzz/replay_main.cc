@@ -1,13 +1,12 @@
 // Replays a fuzz corpus without libFuzzer, so the suite (and its sanitizer
 // build) runs every input: each argument is an input file or a directory of them.
-#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+#include "fuzz/fuzz_target.h"
 
 namespace {
 
