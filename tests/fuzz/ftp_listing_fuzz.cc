@@ -29,14 +29,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const tolva::ftp::DecodedEntry decoded = tolva::ftp::DecodeEntry(entry, today);
     Check(decoded.name == entry.name.substr(0, entry.name.find('\0')), "the host's name ends at a NUL");
-    // "yyyy-mm-dd" with a month and day that exist, never after today, and
-    // "hh:nn" but never midnight, both only for a valid time.
+    // "yyyy-mm-dd", never after today, and "hh:nn" but never midnight.
     const std::string &date = decoded.write_date, &time = decoded.write_time;
     int y = 0, m = 0, d = 0, h = 0, n = 0, used = 0;
     Check(date.empty() == !t.valid && (!date.empty() || time.empty()), "a valid time gives a date");
     Check(date.empty() || (std::sscanf(date.c_str(), "%4d-%2d-%2d%n", &y, &m, &d, &used) == 3 && used == 10 && m >= 1 &&
                            m <= 12 && d >= 1 && d <= 31 && date <= today_text),
           "the date reads yyyy-mm-dd and is not after today");
+    Check(date.empty() || y == t.year || tolva::ftp::CorrectedDate(y + 1, t.month, t.day, std::nullopt) > today_text,
+          "a date is walked back no further than to the last year before today");
     Check(time.empty() || (std::sscanf(time.c_str(), "%2d:%2d%n", &h, &n, &used) == 2 && used == 5 && h < 24 &&
                            n < 60 && time != "00:00"),
           "the time reads hh:nn and is not midnight");
