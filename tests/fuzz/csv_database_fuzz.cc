@@ -25,7 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   services.files = fs;
   Tolva2011Register c(services, nullptr, nullptr);
 
-  Long rows = 0, columns = 0, returned_rows = 0, returned_columns = 0, actual_rows = 0, actual_columns = 0;
+  Long rows = 0, columns = 0, returned_rows = 0, returned_columns = 0, actual_rows = 0, actual_columns = 0, records = 0,
+       fields = 0;
   std::string error;
   const bool sized = IsTrue(c.ReadFileToArrayGetSize("/f.csv", rows, columns, error, delimiter));
   if (rows * columns > 65536) return 0;
@@ -37,7 +38,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   auto values = HostArray<std::string>::TwoDim(lower, lower + 5, lower, lower + 5);
   for (Long i = lower; i <= lower + 5; ++i)
     for (Long k = lower; k <= lower + 5; ++k) *names.At(i) = *values.At(i, k) = sentinel;
-  Long records = 0, fields = 0;
   const bool read = IsTrue(c.ReadFileToCSVDatabase("/f.csv", names, values, first_record, last_record, first_field,
                                                    last_field, records, fields, error, delimiter, trim));
   Check(read == sized && error.empty() == read, "the database reader reads what the array reader sizes");

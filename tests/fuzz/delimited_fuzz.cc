@@ -6,19 +6,14 @@
 #include <memory>
 #include <string>
 
-#include "fuzz/fuzz_target.h"
 #include "fakes/fake_file_system.h"
+#include "fuzz/fuzz_target.h"
 #include "tolva/tolva2011register.h"
-
-namespace {
-
-const char* const kSentinel = "\x01untouched";
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using tolva::HostArray;
   using tolva::Long;
+  const char* const kSentinel = "\x01untouched";
   if (size < 2) return 0;
   const std::size_t delimiter_length = data[0] % 4;
   const std::uint8_t limits = data[1];

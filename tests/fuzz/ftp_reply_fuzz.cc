@@ -1,6 +1,7 @@
 // Fuzz target of the FTP reply reader: the input is what a server sends on
 // the control connection; replies are read from it one after another until
 // it ends or a reply is refused, as a session would.
+#include <algorithm>
 #include <string>
 
 #include "fuzz/fuzz_target.h"
@@ -25,8 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // The text is the lines read, each without its line end, joined by CR LF.
     std::string expected;
     for (std::size_t b = start, e; b < pos; b = e + 1) {
-      e = b;
-      while (data[e] != '\n') ++e;
+      e = static_cast<std::size_t>(std::find(data + b, data + pos, '\n') - data);
       if (b > start) expected += "\r\n";
       expected.append(reinterpret_cast<const char*>(data + b), e - b - (e > b && data[e - 1] == '\r'));
     }

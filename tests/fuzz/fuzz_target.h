@@ -1,5 +1,4 @@
-// libFuzzer's entry point (replay_main.cc calls it too) and the check that
-// aborts on a broken invariant, so libFuzzer keeps the input that broke it.
+// libFuzzer's entry point (replay_main.cc calls it too) and the check that aborts, keeping the input.
 #ifndef TOLVA_TESTS_FUZZ_FUZZ_TARGET_H_
 #define TOLVA_TESTS_FUZZ_FUZZ_TARGET_H_
 

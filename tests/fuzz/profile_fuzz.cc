@@ -14,6 +14,7 @@ namespace {
 
 using tolva::platform::posix::FoldName;
 using tolva::platform::posix::ProfileFile;
+using tolva::platform::posix::TrimProfileBlanks;
 
 // The lines of `s`, each with its line end (CR LF, a lone CR or LF).
 std::vector<std::string> Lines(const std::string& s) {
@@ -24,11 +25,6 @@ std::vector<std::string> Lines(const std::string& s) {
     lines.push_back(s.substr(b, e - b));
   }
   return lines;
-}
-
-std::string Trimmed(const std::string& s) {
-  const std::size_t b = s.find_first_not_of(" \t"), e = s.find_last_not_of(" \t");
-  return b == std::string::npos ? std::string() : s.substr(b, e - b + 1);
 }
 
 }  // namespace
@@ -46,27 +42,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // first, or a section with "]", is written as asked and reads differently.
   if (section.find_first_of(std::string("]\r\n\0", 4)) != std::string::npos ||
       key.find_first_of(std::string("=\r\n\0", 4)) != std::string::npos ||
-      value.find_first_of(std::string("\r\n\0", 3)) != std::string::npos || Trimmed(key).find_first_of(";[") == 0)
+      value.find_first_of(std::string("\r\n\0", 3)) != std::string::npos ||
+      TrimProfileBlanks(key).find_first_of(";[") == 0)
     return 0;
 
   const ProfileFile before(file);
   bool changed = false;
   const ProfileFile after(before.WithValue(section, key, remove ? nullptr : &value, changed));
   Check(changed == (after.bytes() != file), "changed says whether the bytes differ");
-  std::string expected = Trimmed(value);
+  std::string_view expected = TrimProfileBlanks(value);
   if (expected.size() >= 2 && (expected[0] == '"' || expected[0] == '\'') && expected.back() == expected[0])
     expected = expected.substr(1, expected.size() - 2);
-  Check(remove || after.Find(section, key) == std::optional<std::string_view>(expected), "the value reads back");
+  Check(remove || after.Find(section, key) == expected, "the value reads back");
 
   // Every other name in the file keeps its value.
   const std::vector<std::string> old_lines = Lines(file), new_lines = Lines(after.bytes());
-  std::vector<std::string> names;  // tried as sections and as keys
-  for (const std::string& line : old_lines) {
-    const std::size_t open = line.find('['), close = line.find(']', open), eq = line.find('=');
-    if (close != std::string::npos) names.push_back(line.substr(open + 1, close - open - 1));
-    if (eq != std::string::npos) names.push_back(line.substr(0, eq));
+  std::vector<std::string> names;  // each line's text after "[" up to "=" or "]"
+  for (std::size_t i = 0; i < old_lines.size() && i < 12; ++i) {
+    const std::size_t open = old_lines[i].find('[') + 1;  // 0 without "["
+    names.push_back(old_lines[i].substr(open, old_lines[i].find_first_of("=]", open) - open));
   }
-  names.resize(std::min<std::size_t>(names.size(), 12));
   for (const std::string& s : names)
     for (const std::string& k : names)
       if (FoldName(s) != FoldName(section) || FoldName(k) != FoldName(key))

@@ -1,12 +1,9 @@
-# Fuzz targets of the parsers of outside input, one <name>_fuzz.cc and one
-# corpus/<name> folder each. Every build replays each corpus as a test; with
-# Clang and -DTOLVA_FUZZ=ON a libFuzzer program fuzz_<name> is built too
-# (scripts/fuzz runs it).
+# Fuzz targets of the parsers of outside input, one <name>_fuzz.cc and one corpus/<name> folder each.
+# Every build replays each corpus as a test; with Clang and -DTOLVA_FUZZ=ON a libFuzzer program
+# fuzz_<name> is built too (scripts/fuzz runs it).
 option(TOLVA_FUZZ "Build libFuzzer targets (Clang only)" OFF)
 set(tolva_fuzz_dir ${CMAKE_CURRENT_LIST_DIR})
-set(tolva_libfuzzer OFF)
 if(TOLVA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-  set(tolva_libfuzzer ON)
   # The library and the fakes carry coverage too, or the fuzzer would see
   # only the branches of the target file itself.
   target_compile_options(tolva PRIVATE -fsanitize=fuzzer-no-link)
@@ -20,7 +17,7 @@ function(tolva_add_fuzz_target name)
   target_compile_options(fuzz_${name}_replay PRIVATE ${TOLVA_WARNINGS})
   tolva_add_test(fuzz_${name}_replay fuzz_${name}_replay ${tolva_fuzz_dir}/corpus/${name})
   set_tests_properties(fuzz_${name}_replay PROPERTIES LABELS fuzz TIMEOUT 300)
-  if(tolva_libfuzzer)
+  if(TOLVA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     add_executable(fuzz_${name} ${source})
     target_compile_options(fuzz_${name} PRIVATE -fsanitize=fuzzer ${TOLVA_WARNINGS})
     target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
