@@ -9,6 +9,17 @@
 #include "fuzz/fuzz_target.h"
 #include "platform/linux/profiles/profile_file.h"
 
+namespace {
+
+// Lines as the profile reads them: CR LF, a lone CR and a lone LF end one.
+long Lines(const std::string& s) {
+  long lines = !s.empty() && s.back() != '\r' && s.back() != '\n';
+  for (std::size_t i = 0; i < s.size(); ++i) lines += s[i] == '\n' || (s[i] == '\r' && s.compare(i, 2, "\r\n") != 0);
+  return lines;
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tolva::platform::posix;
   if (size < 3) return 0;
@@ -47,8 +58,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   // Every byte outside the edited line is kept: what differs takes away at
   // most one line and adds no more than the entry, its section header and a
-  // line end a last line lacked. (A deleted line between a lone CR and an LF
-  // lets the two read as one CR LF: the bytes are kept, one blank line goes.)
+  // line end a last line lacked; a delete takes one line, a set adds up to two.
+  const long lines_added = Lines(after.bytes()) - Lines(file);
+  Check(changed ? (remove ? lines_added == -1 : lines_added >= 0 && lines_added <= 2) : lines_added == 0,
+        "a delete takes one line away, a set adds at most a header and the entry");
   const std::string& out = after.bytes();
   const std::size_t common = std::min(file.size(), out.size());
   std::size_t head = 0, tail = 0;
