@@ -5,9 +5,13 @@ option(TOLVA_FUZZ "Build libFuzzer targets (Clang only)" OFF)
 set(tolva_fuzz_dir ${CMAKE_CURRENT_LIST_DIR})
 if(TOLVA_FUZZ AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   # The library and the fakes carry coverage too, or the fuzzer would see
-  # only the branches of the target file itself.
-  target_compile_options(tolva PRIVATE -fsanitize=fuzzer-no-link)
-  target_compile_options(tolva_test_support PRIVATE -fsanitize=fuzzer-no-link)
+  # only the branches of the target file itself (where the library is built
+  # from an object library, that one compiles the sources).
+  foreach(compiled tolva-objects tolva tolva_test_support)
+    if(TARGET ${compiled})
+      target_compile_options(${compiled} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+  endforeach()
 endif()
 
 function(tolva_add_fuzz_target name)
