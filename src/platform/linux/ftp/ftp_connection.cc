@@ -8,27 +8,14 @@
 #include <cstdlib>
 #include <exception>
 
+#include "platform/linux/ftp/ftp_reply_reader.h"
 #include "tolva/platform/internet.h"
 
 namespace tolva::platform::posix::ftp {
 namespace {
 
-// A reply larger than this is not an FTP reply; a hostile server could
-// otherwise fill memory one line at a time.
-constexpr std::size_t kMaxReplyBytes = 4 * 1024 * 1024;
-constexpr std::size_t kMaxReplyLines = 10000;
-
 Poco::Timespan Millis(std::uint32_t ms) {
   return Poco::Timespan(static_cast<Poco::Timespan::TimeDiff>(ms) * 1000);
-}
-
-bool ReplyCodeAt(const std::string& line, int& code) {
-  if (line.size() < 3) return false;
-  for (int i = 0; i < 3; ++i) {
-    if (line[static_cast<std::size_t>(i)] < '0' || line[static_cast<std::size_t>(i)] > '9') return false;
-  }
-  code = std::atoi(line.substr(0, 3).c_str());
-  return code >= 100 && code <= 599;
 }
 
 }  // namespace
@@ -152,42 +139,12 @@ void FtpConnection::Send(const std::string& verb, const std::string& arg) {
 
 FtpReply FtpConnection::ReadReply() {
   if (dead_) throw FtpFailure(kErrorInternetConnectionAborted);
-  FtpReply reply;
   try {
-    std::string line;
-    std::size_t total = 0, lines = 0;
-    int first_code = 0;
-    bool multi = false;
-    for (;;) {
-      line.clear();
-      for (;;) {
-        const int c = _pControlSocket->get();
-        if (c < 0) throw FtpFailure(kErrorInternetConnectionAborted, reply.text);
-        if (c == '\n') break;
-        line.push_back(static_cast<char>(c));
-        if (++total > kMaxReplyBytes) throw FtpFailure(kErrorInternetConnectionAborted);
-      }
-      if (!line.empty() && line.back() == '\r') line.pop_back();
-      if (++lines > kMaxReplyLines) throw FtpFailure(kErrorInternetConnectionAborted);
-      if (!reply.text.empty()) reply.text += "\r\n";
-      reply.text += line;
-      int code = 0;
-      const bool coded = ReplyCodeAt(line, code);
-      if (lines == 1) {
-        if (!coded) throw FtpFailure(kErrorInternetConnectionAborted, reply.text);
-        first_code = code;
-        multi = line.size() > 3 && line[3] == '-';
-        if (!multi) break;
-      } else if (coded && code == first_code && (line.size() == 3 || line[3] == ' ')) {
-        break;  // the last line of a multi-line reply repeats the code
-      }
-    }
-    reply.code = first_code;
+    return ReadFtpReply([this] { return _pControlSocket->get(); });
   } catch (...) {
     dead_ = true;
     ThrowNetworkFailure();
   }
-  return reply;
 }
 
 FtpReply FtpConnection::ReadReply(std::uint32_t wait_ms) {

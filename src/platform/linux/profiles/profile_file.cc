@@ -121,6 +121,12 @@ std::string ProfileFile::WithValue(std::string_view section, std::string_view ke
   const auto it = s->keys.find(FoldName(key));
   if (it != s->keys.end()) {
     const Line& line = lines_[it->second];
+    // Taking away a line between a lone CR and an LF would let the two read
+    // as one CR LF, and the blank line after it would go too; the LF left in
+    // its place ends the line before instead.
+    if (!value && line.begin > 0 && bytes_[line.begin - 1] == '\r' && line.next < bytes_.size() &&
+        bytes_[line.next] == '\n')
+      entry = "\n";
     std::string out;
     out.reserve(bytes_.size() + entry.size());
     out.append(bytes_, 0, line.begin).append(entry).append(bytes_, line.next, std::string::npos);
