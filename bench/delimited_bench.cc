@@ -222,8 +222,10 @@ void PeakMemory(benchmark::State& state, const std::string* file) {
 }
 
 void Register() {
-  static Cleanup cleanup;
+  // The files first: statics go in reverse order, so the cleanup then runs
+  // while the files' names still exist.
   const Files& f = TheFiles();
+  static Cleanup cleanup;
   struct Named {
     const char* name;
     const std::string* path;
