@@ -27,14 +27,15 @@ namespace tolva::textdata {
 // visitor must keep its own state and write only to the places of its own
 // rows. No host code may run meanwhile: callers use this only when nobody
 // listens to their progress. `rows` receives the number of rows. Returns
-// false, having handed over nothing, when the text is small or no thread
-// can be started; once it has started it always finishes the text (the
-// first thread takes over the rest if the second fails).
+// false, having handed over nothing, when the text is small, the machine
+// has one processor, or no thread can be started; once it has started it
+// always finishes the text (the first thread takes over the rest if the
+// second fails).
 template <class Visit>
 bool VisitRowsInParallel(std::string_view text, const DelimiterMatcher& delimiter, Visit& head, Visit& tail,
                          std::int64_t& rows) {
   constexpr std::size_t kUnknown = std::numeric_limits<std::size_t>::max();
-  if (text.size() < kParallelFrom) return false;
+  if (!WorthASecondThread(text.size())) return false;
   // The second thread counts its way to its first row before it stores
   // any, so it is given a little less than half to store.
   const std::size_t middle = MiddleLineStart(text, text.size() / 32 * 17);

@@ -55,6 +55,11 @@ void MeasureTail(RowWalk& walk, std::int64_t test_rows, const std::atomic<bool>&
 
 }  // namespace
 
+bool WorthASecondThread(std::size_t size) noexcept {
+  static const bool two_processors = std::thread::hardware_concurrency() >= 2;
+  return size >= kParallelFrom && two_processors;
+}
+
 std::size_t MiddleLineStart(std::string_view text, std::size_t from) noexcept {
   const std::size_t n = text.size();
   const char* p = text.data();
@@ -84,7 +89,7 @@ std::size_t MiddleLineStart(std::string_view text, std::size_t from) noexcept {
 
 bool MeasureRowsInParallel(std::string_view text, const DelimiterMatcher& delimiter, std::int64_t test_rows,
                            RowMeasure& out) noexcept {
-  if (text.size() < kParallelFrom || test_rows > kMostRememberedRows) return false;
+  if (!WorthASecondThread(text.size()) || test_rows > kMostRememberedRows) return false;
   const std::size_t middle = MiddleLineStart(text);
   if (middle >= text.size()) return false;
   try {

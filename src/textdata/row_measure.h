@@ -14,6 +14,10 @@ namespace tolva::textdata {
 // Below this size one walk is quicker than starting a thread.
 constexpr std::size_t kParallelFrom = 8u << 20;
 
+// Whether a text of `size` bytes is worth a second thread: it is large,
+// and the machine has a second processor to run it on.
+bool WorthASecondThread(std::size_t size) noexcept;
+
 struct RowMeasure {
   std::int64_t rows = 0;     // rows that are not empty lines
   std::int64_t columns = 0;  // the widest of them past the first `test_rows`
