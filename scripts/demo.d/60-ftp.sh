@@ -17,19 +17,8 @@ printf 'scratch\n' > "$root/old2.tmp"
 mkdir -p "$root/archive"
 head -c $((20 * 1024 * 1024)) /dev/urandom > "$root/large.bin"
 
-port=$(/usr/bin/python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1]); s.close()')
-/usr/bin/python3 -m pyftpdlib -i 127.0.0.1 -p "$port" -d "$root" -w -u demo -P demo-password \
-  > "$TOLVA_DEMO_WORK/ftp-server.log" 2>&1 &
-server=$!
-trap 'kill "$server" 2>/dev/null || true; wait "$server" 2>/dev/null || true' EXIT
-
-# Wait (bounded) until the server answers.
-for _ in $(seq 1 50); do
-  if /usr/bin/python3 -c "import socket,sys; socket.create_connection(('127.0.0.1', $port), 0.2).close()" 2>/dev/null; then
-    break
-  fi
-  sleep 0.1
-done
+source "$(dirname "$0")/ftp-server.bash"
+start_demo_ftp "$root" "$TOLVA_DEMO_WORK/ftp-server.log"
 
 "$TOLVA_DEMO" ftp "127.0.0.1:$port" demo demo-password "$local_dir"
 echo "  large.bin after the complete download: $(stat -c %s "$local_dir/large.bin") bytes"
