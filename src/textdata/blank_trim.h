@@ -5,8 +5,16 @@
 #define TOLVA_SRC_TEXTDATA_BLANK_TRIM_H_
 
 #include <string>
+#include <string_view>
 
 namespace tolva::textdata {
+
+// The same for a value not yet stored: the view without its blanks.
+inline std::string_view WithoutBlanks(std::string_view value) noexcept {
+  while (!value.empty() && value.back() == ' ') value.remove_suffix(1);
+  while (!value.empty() && value.front() == ' ') value.remove_prefix(1);
+  return value;
+}
 
 inline void TrimBlanks(std::string& value) noexcept {
   std::size_t end = value.size();

@@ -8,6 +8,7 @@
 
 #include "component/component_state.h"
 #include "textdata/blank_trim.h"
+#include "textdata/cell_store.h"
 #include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
@@ -23,31 +24,42 @@ namespace {
 
 // Where one line's fields go: the header into the names, a record in the
 // requested range into the values, each field in the requested field range
-// at its place counted from the first field.
+// at its place counted from the first field, without its blanks when `trim`.
 class DatabaseRowSink {
  public:
   static constexpr bool kWantsValues = true;
 
   DatabaseRowSink(HostArray<std::string>& names, HostArray<std::string>& values, std::int64_t first_field,
-                  std::int64_t last_field) noexcept
-      : names_(names), values_(values), first_field_(first_field), last_field_(last_field) {}
+                  std::int64_t last_field, std::string_view text, bool trim) noexcept
+      : names_(names),
+        values_(values),
+        first_field_(first_field),
+        last_field_(last_field),
+        text_end_(text.data() + text.size()),
+        trim_(trim) {}
 
-  // `index` is 0 for the header, else the record's row in the values.
-  void StartLine(std::int64_t index) noexcept { index_ = index; }
+  // `index` is 0 for the header, else the record's row in the values. The
+  // line's cells are found once: a host array keeps a row's cells side by
+  // side, so a field's cell is an offset from the first.
+  void StartLine(std::int64_t index) noexcept {
+    const bool header = index == 0;
+    HostArray<std::string>& array = header ? names_ : values_;
+    const int dim = header ? 1 : 2;
+    first_column_ = array.LBound(dim);
+    last_column_ = array.UBound(dim);
+    if (header)
+      line_cells_ = names_.At(static_cast<Long>(first_column_));
+    else  // null: no such row, or not two dimensions
+      line_cells_ = index <= std::numeric_limits<Long>::max()
+                        ? values_.At(static_cast<Long>(index), static_cast<Long>(first_column_))
+                        : nullptr;
+  }
 
   void Field(std::int64_t field, std::string_view value, std::string* owned) {
     if (field < first_field_ || field > last_field_) return;
     const std::int64_t column = field - first_field_ + 1;
-    std::string* cell = nullptr;
-    if (column <= std::numeric_limits<Long>::max() && index_ <= std::numeric_limits<Long>::max()) {
-      cell = index_ == 0 ? names_.At(static_cast<Long>(column))
-                         : values_.At(static_cast<Long>(index_), static_cast<Long>(column));
-    }
-    if (!cell) return;  // outside the host's array: dropped
-    if (owned)
-      *cell = std::move(*owned);
-    else
-      cell->assign(value);
+    if (!line_cells_ || column < first_column_ || column > last_column_) return;  // outside the host's array: dropped
+    textdata::StoreCell(line_cells_[column - first_column_], value, owned, text_end_, trim_);
   }
 
  private:
@@ -55,7 +67,10 @@ class DatabaseRowSink {
   HostArray<std::string>& values_;
   std::int64_t first_field_;
   std::int64_t last_field_;
-  std::int64_t index_ = 0;
+  const char* text_end_;
+  bool trim_;
+  std::string* line_cells_ = nullptr;
+  std::int64_t first_column_ = 0, last_column_ = -1;
 };
 
 // One line of the database: the header, a record in the range, or a
@@ -64,6 +79,10 @@ class DatabaseRowSink {
 struct alignas(64) DatabaseRows {
   DatabaseRowSink sink;
   std::int64_t first_record, last_record;
+  std::int64_t first_field, last_field;
+  std::int64_t stored = 0;  // records stored into the values
+  std::int64_t narrowest = std::numeric_limits<std::int64_t>::max();  // fewest columns a stored record filled
+
   bool operator()(textdata::RowWalk& walk, std::int64_t number) {
     const std::string_view line = walk.cursor.Next();
     if (line.empty()) return false;
@@ -73,7 +92,9 @@ struct alignas(64) DatabaseRows {
       walk.splitter.Split(line, sink);
     } else if (record >= first_record && record <= last_record) {
       sink.StartLine(record - first_record + 1);
-      walk.splitter.Split(line, sink);
+      const std::int64_t fields = walk.splitter.Split(line, sink);
+      ++stored;
+      narrowest = std::min(narrowest, std::min(fields, last_field) - first_field + 1);
     } else {
       textdata::CountingSink counter;
       walk.splitter.Split(line, counter);
@@ -112,16 +133,20 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
     NumberRecords = textdata::ToLong(records);
     NumberFields = textdata::ToLong(fields);
 
-    DatabaseRows visit{DatabaseRowSink(FieldNames, FieldValues, first_field, LastField), first_record, last_record};
+    // The whole file is read even when the ranges end earlier. With no host
+    // to report to or to stop the read, values are trimmed as they are
+    // stored and a second thread may take the second half of a large text
+    // (see ReadFileToArray).
+    const bool unobserved = !s_->events && !s_->container;
+    const bool trim_on_store = unobserved && IsTrue(TrimValues);
+    const std::string_view text = input.cursor().Text();
+    DatabaseRows visit{DatabaseRowSink(FieldNames, FieldValues, first_field, LastField, text, trim_on_store),
+                       first_record, last_record, first_field, LastField};
+    DatabaseRows second = visit;
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
-    // The whole file is read even when the ranges end earlier. With no host
-    // to report to or to stop the read, a second thread may take the second
-    // half of a large text (see ReadFileToArray).
     std::int64_t rows = 0;
-    DatabaseRows second = visit;
-    const std::string_view text = input.cursor().Text();
-    if (s_->events || s_->container || !textdata::VisitRowsInParallel(text, input.delimiter(), visit, second, rows)) {
+    if (!unobserved || !textdata::VisitRowsInParallel(text, input.delimiter(), visit, second, rows)) {
       textdata::RowWalk walk(text, input.delimiter());
       while (!walk.cursor.AtEnd()) {
         if (!visit(walk, rows + 1)) continue;
@@ -144,7 +169,10 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
       const bool two_dim = FieldValues.Rank() == 2;
       const std::int64_t last_row = std::min<std::int64_t>(records, two_dim ? FieldValues.UBound(1) : 0);
       const std::int64_t last_column = std::min<std::int64_t>(fields, two_dim ? FieldValues.UBound(2) : 0);
-      for (std::int64_t r = 1; r <= last_row; ++r) {
+      // Records the read stored (rows 1 on) were trimmed already; when they
+      // filled every column the pass would trim, it starts after them.
+      const bool stored_trimmed = trim_on_store && std::min(visit.narrowest, second.narrowest) >= last_column;
+      for (std::int64_t r = stored_trimmed ? visit.stored + second.stored + 1 : 1; r <= last_row; ++r) {
         for (std::int64_t f = 1; f <= last_column; ++f)
           if (std::string* cell = FieldValues.At(static_cast<Long>(r), static_cast<Long>(f)))
             textdata::TrimBlanks(*cell);

@@ -1,10 +1,12 @@
 // Delimited text into a host array: measuring a file and filling the array.
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "component/component_state.h"
 #include "textdata/blank_trim.h"
+#include "textdata/cell_store.h"
 #include "textdata/delimited_input.h"
 #include "textdata/delimiter_matcher.h"
 #include "textdata/line_cursor.h"
@@ -19,16 +21,18 @@ namespace tolva {
 
 namespace {
 
-// Stores the fields of one row that fall inside the host's limits, and
-// tracks the widest row stored.
+// Stores the fields of one row that fall inside the host's limits, without
+// their blanks when `trim`, and tracks the widest and narrowest rows stored.
 class ArrayRowSink {
  public:
   static constexpr bool kWantsValues = true;
 
-  ArrayRowSink(HostArray<std::string>& array, std::int64_t max_columns) noexcept
-      : array_(array), max_columns_(max_columns) {}
+  ArrayRowSink(HostArray<std::string>& array, std::int64_t max_columns, std::string_view text, bool trim) noexcept
+      : array_(array), max_columns_(max_columns), text_end_(text.data() + text.size()), trim_(trim) {}
 
   std::int64_t widest() const noexcept { return widest_; }
+  // The fewest columns any stored row filled; the maximum when none was stored.
+  std::int64_t narrowest() const noexcept { return narrowest_; }
 
   // The row's cells are found once: a host array keeps each row's cells
   // side by side, so a field's cell is an offset from the row's first.
@@ -42,17 +46,18 @@ class ArrayRowSink {
     if (column > max_columns_) return;
     widest_ = std::max(widest_, column);
     if (!row_cells_ || column < first_column_ || column > last_column_) return;  // outside the host's array: dropped
-    std::string* cell = row_cells_ + (column - first_column_);
-    if (owned)
-      *cell = std::move(*owned);
-    else
-      cell->assign(value);
+    textdata::StoreCell(row_cells_[column - first_column_], value, owned, text_end_, trim_);
   }
+
+  void EndRow(std::int64_t fields) noexcept { narrowest_ = std::min(narrowest_, std::min(fields, max_columns_)); }
 
  private:
   HostArray<std::string>& array_;
   std::int64_t max_columns_;
+  const char* text_end_;
+  bool trim_;
   std::int64_t widest_ = 0;  // widest row among the stored cells only
+  std::int64_t narrowest_ = std::numeric_limits<std::int64_t>::max();
   std::string* row_cells_ = nullptr;
   std::int64_t first_column_ = 0, last_column_ = -1;
 };
@@ -69,7 +74,7 @@ struct alignas(64) ArrayRows {
     if (line.empty()) return false;
     if (storing) {
       sink.StartRow(static_cast<Long>(number));
-      walk.splitter.Split(line, sink);
+      sink.EndRow(walk.splitter.Split(line, sink));
     } else {
       walk.splitter.Count(line, walk.scan);
     }
@@ -143,16 +148,18 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
     std::int64_t rows = 0;
     ActualRows = 0;
     ActualColumns = 0;
-    ArrayRows visit{ArrayRowSink(InputArray, MaxColumns), max_rows};
+    // With no host to report to or to stop the read, no host code runs
+    // until it returns, so nothing can tell in which order the values were
+    // stored and trimmed: they are trimmed as they are stored, and a second
+    // thread may fill the rows of the second half of a large text meanwhile.
+    const bool unobserved = !s_->events && !s_->container;
+    const bool trim_on_store = unobserved && IsTrue(TrimValues);
+    ArrayRows visit{ArrayRowSink(InputArray, MaxColumns, cursor.Text(), trim_on_store), max_rows};
+    ArrayRows second = visit;
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
-    // With no host to report to or to stop the read, no host code runs
-    // until it returns, so a second thread may fill the rows of the second
-    // half of a large text into the host's array meanwhile.
-    ArrayRows second{ArrayRowSink(InputArray, MaxColumns), max_rows};
     std::int64_t widest = 0;
-    if (!s_->events && !s_->container &&
-        textdata::VisitRowsInParallel(cursor.Text(), input.delimiter(), visit, second, rows)) {
+    if (unobserved && textdata::VisitRowsInParallel(cursor.Text(), input.delimiter(), visit, second, rows)) {
       widest = std::max(visit.sink.widest(), second.sink.widest());
     } else {
       textdata::RowWalk walk(cursor.Text(), input.delimiter());
@@ -179,7 +186,11 @@ Boolean Tolva2011Register::ReadFileToArray(const std::string& FilePath, HostArra
       ReturnedRows = textdata::ToLong(std::clamp<std::int64_t>(max_rows, 0, rows));
       ReturnedColumns = textdata::ToLong(std::clamp<std::int64_t>(MaxColumns, 0, widest));
       result = kTrue;
-      if (IsTrue(TrimValues)) {
+      // Cells the read stored were trimmed already; the pass is left out
+      // when every row filled all the columns it would trim.
+      const bool all_trimmed =
+          trim_on_store && std::min(visit.sink.narrowest(), second.sink.narrowest()) >= ReturnedColumns;
+      if (IsTrue(TrimValues) && !all_trimmed) {
         progress.Report("Triming Values", 0);
         for (std::int64_t r = 1; r <= ReturnedRows; ++r) {
           for (std::int64_t c = 1; c <= ReturnedColumns; ++c)

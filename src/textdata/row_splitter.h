@@ -88,19 +88,23 @@ class RowSplitter {
       return delimiter_.Count(line) + 1;
     } else if (delimiter_.SingleByte()) {
       // The delimiter's places come from bit masks of 64 bytes at a time
-      // instead of a search per field: wide rows have hundreds of fields.
-      LineMasks masks(line, text_.data() + text_.size(), delimiter_.FirstLower(), delimiter_.FirstUpper());
+      // instead of a search per field: wide rows have hundreds of fields,
+      // and each is cut at the next set bit.
+      const char* const text_end = text_.data() + text_.size();
+      const std::size_t n = line.size();
       std::int64_t column = 0;
       std::size_t start = 0;
-      for (;;) {
-        const std::size_t at = masks.NextDelimiter(start);
-        if (at >= line.size()) {
-          sink.Field(++column, line.substr(start), nullptr);
-          return column;
+      for (std::size_t window = 0; window < n; window += 64) {
+        std::uint64_t hits = DelimiterMask(line.data() + window, text_end);
+        if (n - window < 64) hits &= (std::uint64_t{1} << (n - window)) - 1;  // only the line's own bytes
+        for (; hits != 0; hits &= hits - 1) {
+          const std::size_t at = window + static_cast<std::size_t>(__builtin_ctzll(hits));
+          sink.Field(++column, line.substr(start, at - start), nullptr);
+          start = at + 1;
         }
-        sink.Field(++column, line.substr(start, at - start), nullptr);
-        start = at + 1;
       }
+      sink.Field(++column, line.substr(start), nullptr);
+      return column;
     } else {
       std::int64_t column = 0;
       std::size_t start = 0;
@@ -114,6 +118,13 @@ class RowSplitter {
         start = at + 1;
       }
     }
+  }
+
+  // Bit i set when p[i] is the one-byte delimiter, in either case.
+  std::uint64_t DelimiterMask(const char* p, const char* text_end) const noexcept {
+    std::uint64_t hits = 0, quotes = 0;
+    WindowMasks(p, text_end, delimiter_.FirstLower(), delimiter_.FirstUpper(), hits, quotes);
+    return hits;
   }
 
   // The fields of a quoted row of a one-byte delimiter, counted by walking

@@ -31,11 +31,11 @@ class ReadersTest : public ::testing::Test, public HostContainer, public Tolva20
   Tolva2011Register c;
 };
 
-// A rows x columns array with every cell "~", so untouched cells show.
-HostArray<std::string> Filled(Long rows, Long columns) {
+// A rows x columns array with every cell `fill`, so untouched cells show.
+HostArray<std::string> Filled(Long rows, Long columns, const std::string& fill = "~") {
   auto a = HostArray<std::string>::TwoDim(1, rows, 1, columns);
   for (Long r = 1; r <= rows; ++r)
-    for (Long k = 1; k <= columns; ++k) a.Store(r, k, "~");
+    for (Long k = 1; k <= columns; ++k) a.Store(r, k, fill);
   return a;
 }
 
@@ -204,6 +204,70 @@ TEST_F(ReadersTest, ArrayReaderLimitsAndCounts) {
     EXPECT_EQ(error, "") << r.label;
     EXPECT_EQ(std::vector<Long>({rr, rc, ar, ac}), r.counts) << r.label;
     EXPECT_EQ(Grid(a, 3, 3), r.grid) << r.label;
+  }
+}
+
+// Short values are copied into cells in fixed blocks: each cell must still
+// get exactly its value, whatever its length, whatever the cell held, and
+// at the very end of the file. The database arrays start at column 0,
+// which no field reaches.
+TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
+  const std::string held(40, '#');
+  const std::vector<std::string> first = {"", "a", std::string(15, 'b'), std::string(16, 'c'), std::string(17, 'd'),
+                                          std::string(30, 'e')};
+  const std::vector<std::string> last = {"f", std::string(14, 'g'), std::string(15, 'h'), "", "", ""};
+  fs->AddFile(kFile, first[0] + "," + first[1] + "," + first[2] + "," + first[3] + "," + first[4] + "," + first[5] +
+                         "\r\n" + last[0] + "," + last[1] + "," + last[2]);
+  auto array = HostArray<std::string>::TwoDim(1, 2, 1, 6);
+  auto names = HostArray<std::string>::OneDim(0, 6), values = HostArray<std::string>::TwoDim(1, 1, 0, 6);
+  for (Long k = 0; k <= 6; ++k) {
+    array.Store(1, k, held), array.Store(2, k, held), names.Store(k, held), values.Store(1, k, held);
+  }
+  Long rr = 0, rc = 0, ar = 0, ac = 0;
+  std::string error;
+  ASSERT_EQ(c.ReadFileToArray(kFile, array, 2, 6, rr, rc, ar, ac, error), kTrue);
+  ASSERT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, 1, 1, 1, 6, rr, rc, error), kTrue);
+  EXPECT_EQ(*names.At(0) + *values.At(1, 0), held + held);
+  for (Long k = 1; k <= 6; ++k) {
+    const std::string& want_last = k <= 3 ? last[k - 1] : held;
+    EXPECT_EQ(*array.At(1, k), first[k - 1]) << k;
+    EXPECT_EQ(*array.At(2, k), want_last) << k;
+    EXPECT_EQ(*names.At(k), first[k - 1]) << k;
+    EXPECT_EQ(*values.At(1, k), want_last) << k;
+  }
+}
+
+// Without a host the readers trim values as they store them and leave out
+// what needs no second pass; the cells must end as a host sees them after
+// the pass, untouched cells in the trimmed range included.
+TEST_F(ReadersTest, ReadersWithoutAHostTrimLikeThePass) {
+  Tolva2011Register alone(Services(), nullptr, nullptr);
+  const struct {
+    const char* label;
+    std::string text;
+    Long max_columns;
+  } rows[] = {
+      {"every row full", " a , b \r\n c ,d \r\n", 2},
+      {"a narrow row leaves host cells to the pass", " a , b , c \r\n d \r\n", 3},
+      {"a field built across lines", "\" x \r\n y \", z \r\n w , v \r\n", 2},
+      {"fewer columns than the widest", " a , b , c \r\n", 2},
+  };
+  for (const auto& r : rows) {
+    fs->AddFile(kFile, r.text);
+    std::string seen[2];
+    Tolva2011Register* readers[2] = {&c, &alone};
+    for (int k = 0; k < 2; ++k) {
+      auto array = Filled(4, 3, " ~ "), values = Filled(4, 3, " ~ ");
+      auto names = HostArray<std::string>::OneDim(1, 3);
+      for (Long f = 1; f <= 3; ++f) names.Store(f, " ~ ");
+      Long rr = 0, rc = 0, ar = 0, ac = 0;
+      std::string error;
+      readers[k]->ReadFileToArray(kFile, array, 4, r.max_columns, rr, rc, ar, ac, error);
+      readers[k]->ReadFileToCSVDatabase(kFile, names, values, 1, 4, 1, r.max_columns, rr, rc, error);
+      seen[k] = Grid(array, 4, 3) + " # " + *names.At(1) + "|" + *names.At(2) + "|" + *names.At(3) + " # " +
+                Grid(values, 4, 3);
+    }
+    EXPECT_EQ(seen[1], seen[0]) << r.label;
   }
 }
 
