@@ -158,12 +158,17 @@ class RowSplitter {
     return column;
   }
 
-  // Splits a quoted row from the field at `at`, with `column` fields before it.
+  // Splits a quoted row from the field at `at`, with `column` fields before
+  // it. A one-byte delimiter other than the quote is found, like the quotes,
+  // from the masks of the line in hand.
   template <class Sink>
   std::int64_t SplitQuoted(std::string_view line, Sink& sink, std::size_t at = 0, std::int64_t column = 0) {
+    const bool masked = delimiter_.SingleByte() && delimiter_.FirstLower() != kQuote;
+    LineMasks masks = MasksOf(line);
     while (at < line.size()) {
       if (line[at] != kQuote) {
-        const std::size_t found = delimiter_.Find(line, at);
+        std::size_t found = masked ? masks.NextDelimiter(at) : delimiter_.Find(line, at);
+        if (masked && found >= line.size()) found = DelimiterMatcher::npos;
         if (found == DelimiterMatcher::npos) {
           if constexpr (Sink::kWantsValues)
             sink.Field(++column, line.substr(at), nullptr);
@@ -179,16 +184,21 @@ class RowSplitter {
         continue;
       }
       ++column;
-      if (!QuotedField(line, at, column, sink)) return column;
+      if (!QuotedField(line, at, column, sink, masks)) return column;
     }
     return column;
   }
 
+  LineMasks MasksOf(std::string_view line) const noexcept {
+    return LineMasks(line, text_.data() + text_.size(), delimiter_.FirstLower(), delimiter_.FirstUpper());
+  }
+
   // Reads the quoted field whose opening quote is at line[at]. Returns false
   // when the field ended the row (it ran to the end of the text); otherwise
-  // `line` and `at` are left where the row goes on.
+  // `line` and `at` are left where the row goes on, and `masks` are those
+  // of `line`.
   template <class Sink>
-  bool QuotedField(std::string_view& line, std::size_t& at, std::int64_t column, Sink& sink) {
+  bool QuotedField(std::string_view& line, std::size_t& at, std::int64_t column, Sink& sink, LineMasks& masks) {
     // The value is a view into the text until a doubled quote or a line end
     // makes it differ from the text; from then on it is built in value_,
     // a piece at a time, so a long field is never copied over again.
@@ -198,10 +208,8 @@ class RowSplitter {
     std::size_t i = piece;
     for (;;) {
       // A quote right here (a run of doubled quotes) is taken without a search.
-      const void* q = i >= line.size()    ? nullptr
-                      : line[i] == kQuote ? line.data() + i
-                                          : std::memchr(line.data() + i, kQuote, line.size() - i);
-      if (!q) {
+      const std::size_t quote = i < line.size() && line[i] == kQuote ? i : masks.NextQuote(i);
+      if (quote >= line.size()) {
         // The field goes on past the end of the line.
         if constexpr (Sink::kWantsValues) {
           value_.append(line.data() + piece, line.size() - piece);
@@ -213,10 +221,10 @@ class RowSplitter {
           if constexpr (Sink::kWantsValues) value_.append("\r\n", 2);
         } while (line.empty() && !cursor_.AtEnd());
         if (line.empty()) return Finish(column, sink);
+        masks = MasksOf(line);
         piece = i = 0;
         continue;
       }
-      const std::size_t quote = static_cast<std::size_t>(static_cast<const char*>(q) - line.data());
       if (quote + 1 < line.size() && line[quote + 1] == kQuote) {
         // A doubled quote stands for one.
         if constexpr (Sink::kWantsValues) {
