@@ -215,7 +215,7 @@ TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
   const std::string held(40, '#');
   const std::vector<std::string> first = {"", "a", std::string(15, 'b'), std::string(16, 'c'), std::string(17, 'd'),
                                           std::string(30, 'e')};
-  const std::vector<std::string> last = {"f", std::string(14, 'g'), std::string(15, 'h'), "", "", ""};
+  const std::vector<std::string> last = {std::string(15, 'h'), std::string(14, 'g'), "f", "", "", ""};
   fs->AddFile(kFile, first[0] + "," + first[1] + "," + first[2] + "," + first[3] + "," + first[4] + "," + first[5] +
                          "\r\n" + last[0] + "," + last[1] + "," + last[2]);
   auto array = HostArray<std::string>::TwoDim(1, 2, 1, 6);
@@ -246,11 +246,12 @@ TEST_F(ReadersTest, ReadersWithoutAHostTrimLikeThePass) {
     const char* label;
     std::string text;
     Long max_columns;
+    std::string values;  // the database's values, as both must leave them
   } rows[] = {
-      {"every row full", " a , b \r\n c ,d \r\n", 2},
-      {"a narrow row leaves host cells to the pass", " a , b , c \r\n d \r\n", 3},
-      {"a field built across lines", "\" x \r\n y \", z \r\n w , v \r\n", 2},
-      {"fewer columns than the widest", " a , b , c \r\n", 2},
+      {"every row full", " a , b \r\n c ,d \r\n", 2, "c|d| ~ /~|~| ~ /~|~| ~ /~|~| ~ "},
+      {"a narrow row leaves host cells to the pass", " a , b , c \r\n d \r\n", 3, "d|~|~"},
+      {"a field built across lines", "\" x \r\n y \", z \r\n w , v \r\n", 2, "w|v| ~ /~|~| ~ /~|~| ~ /~|~| ~ "},
+      {"fewer columns than the widest", " a , b , c \r\n", 2, "~|~| ~ /~|~| ~ /~|~| ~ /~|~| ~ "},
   };
   for (const auto& r : rows) {
     fs->AddFile(kFile, r.text);
@@ -264,8 +265,8 @@ TEST_F(ReadersTest, ReadersWithoutAHostTrimLikeThePass) {
       std::string error;
       readers[k]->ReadFileToArray(kFile, array, 4, r.max_columns, rr, rc, ar, ac, error);
       readers[k]->ReadFileToCSVDatabase(kFile, names, values, 1, 4, 1, r.max_columns, rr, rc, error);
-      seen[k] = Grid(array, 4, 3) + " # " + *names.At(1) + "|" + *names.At(2) + "|" + *names.At(3) + " # " +
-                Grid(values, 4, 3);
+      seen[k] = Grid(array, 4, 3) + " # " + *names.At(1) + "|" + *names.At(2) + "|" + *names.At(3) + " # ";
+      EXPECT_EQ(Grid(values, 4, 3), r.values) << r.label << (k ? ", no host" : "");
     }
     EXPECT_EQ(seen[1], seen[0]) << r.label;
   }
