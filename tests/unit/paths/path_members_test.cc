@@ -54,6 +54,18 @@ TEST(PathMembers, FilePathShortenKeepsBothEndsAndDropsTheMiddle) {
       {"exactly max length", p36, "", 36, p36},
       {"still too long keeps SlashesEnd runs", "C:\\a\\b\\c\\d\\e\\averyveryveryverylongname.txt", "", 20,
        "C:\\a\\...\\e\\averyveryveryverylongname.txt"},
+      {"a run of separators counts once", "/home//user/docs//work/projects/file.txt", "", 25,
+       "/home//user/.../projects/file.txt"},
+      {"more runs of / than of \\ choose /", "a\\b\\c/d/e/f/g/h.txt", "", 12, "a\\b\\c/d/.../g/h.txt"},
+      {"a given \\ counts only \\", "a\\b\\c/d/e/f/g/h.txt", "\\", 12, "a\\b\\c/d/e/f/g/h.txt"},
+      {"a delimiter other than / or \\ gives up", "/a/b/c/d/e/f.txt", "-", 5, "/a/b/c/d/e/f.txt"},
+      {"four runs after StartKeep give up", "C:\\aaaaaaaaaa\\bbbbbbbbbb\\cccccccccc\\file.txt", "", 30,
+       "C:\\aaaaaaaaaa\\bbbbbbbbbb\\cccccccccc\\file.txt"},
+      {"five runs shorten, the last candidate even if too long",
+       "C:\\aaaaaaaaaa\\bbbbbbbbbb\\cccccccccc\\dddd\\file.txt", "", 30, "C:\\aaaaaaaaaa\\...\\dddd\\file.txt"},
+      {"a run right after StartKeep is the first", "ab\\\\c\\d\\e\\f\\ghijklmnopqrstuvwxyz.txt", "", 30,
+       "ab\\\\c\\...\\f\\ghijklmnopqrstuvwxyz.txt"},
+      {"blanks around the path are trimmed", "  " + p36 + "  ", "", 30, "C:\\dir1\\...\\dir4\\dir5\\file.txt"},
   };
   for (const auto& r : rows) EXPECT_EQ(c.FilePathShorten(r.path, r.delimiter, r.max), r.expected) << r.label;
 }
