@@ -208,9 +208,9 @@ TEST_F(ReadersTest, ArrayReaderLimitsAndCounts) {
 }
 
 // Short values are copied into cells in fixed blocks: each cell must still
-// get exactly its value, whatever its length, whatever the cell held, and
-// at the very end of the file. The database arrays start at column 0,
-// which no field reaches.
+// get exactly its value, whatever its length, whatever the cell held (a
+// long value, or nothing, as in a fresh array), and at the very end of the
+// file. The database arrays start at column 0, which no field reaches.
 TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
   const std::string held(40, '#');
   const std::vector<std::string> first = {"", "a", std::string(15, 'b'), std::string(16, 'c'), std::string(17, 'd'),
@@ -218,7 +218,7 @@ TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
   const std::vector<std::string> last = {std::string(15, 'h'), std::string(14, 'g'), "f", "", "", ""};
   fs->AddFile(kFile, first[0] + "," + first[1] + "," + first[2] + "," + first[3] + "," + first[4] + "," + first[5] +
                          "\r\n" + last[0] + "," + last[1] + "," + last[2]);
-  auto array = HostArray<std::string>::TwoDim(1, 2, 1, 6);
+  auto array = HostArray<std::string>::TwoDim(1, 2, 1, 6), fresh = array;
   auto names = HostArray<std::string>::OneDim(0, 6), values = HostArray<std::string>::TwoDim(1, 1, 0, 6);
   for (Long k = 0; k <= 6; ++k) {
     array.Store(1, k, held), array.Store(2, k, held), names.Store(k, held), values.Store(1, k, held);
@@ -226,11 +226,13 @@ TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
   Long rr = 0, rc = 0, ar = 0, ac = 0;
   std::string error;
   ASSERT_EQ(c.ReadFileToArray(kFile, array, 2, 6, rr, rc, ar, ac, error), kTrue);
+  ASSERT_EQ(c.ReadFileToArray(kFile, fresh, 2, 6, rr, rc, ar, ac, error), kTrue);
   ASSERT_EQ(c.ReadFileToCSVDatabase(kFile, names, values, 1, 1, 1, 6, rr, rc, error), kTrue);
   EXPECT_EQ(*names.At(0) + *values.At(1, 0), held + held);
   for (Long k = 1; k <= 6; ++k) {
     const std::string& want_last = k <= 3 ? last[k - 1] : held;
     EXPECT_EQ(*array.At(1, k), first[k - 1]) << k;
+    EXPECT_EQ(*fresh.At(1, k), first[k - 1]) << k;
     EXPECT_EQ(*array.At(2, k), want_last) << k;
     EXPECT_EQ(*names.At(k), first[k - 1]) << k;
     EXPECT_EQ(*values.At(1, k), want_last) << k;
