@@ -19,8 +19,7 @@ namespace tolva::textdata {
 // Puts `value` into `cell`, without its blanks when `trim`: moved from
 // `owned` when the splitter built it, else copied from the text, which is
 // readable up to `text_end`.
-inline void StoreCell(std::string& cell, std::string_view value, std::string* owned, const char* text_end,
-                      bool trim) {
+inline void StoreCell(std::string& cell, std::string_view value, std::string* owned, const char* text_end, bool trim) {
   if (owned) {
     cell = std::move(*owned);
     if (trim) TrimBlanks(cell);

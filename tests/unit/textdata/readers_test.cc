@@ -213,8 +213,8 @@ TEST_F(ReadersTest, ArrayReaderLimitsAndCounts) {
 // file. The database arrays start at column 0, which no field reaches.
 TEST_F(ReadersTest, CellsHoldExactlyTheirValues) {
   const std::string held(40, '#');
-  const std::vector<std::string> first = {"", "a", std::string(15, 'b'), std::string(16, 'c'), std::string(17, 'd'),
-                                          std::string(30, 'e')};
+  const std::vector<std::string> first = {
+      "", "a", std::string(15, 'b'), std::string(16, 'c'), std::string(17, 'd'), std::string(30, 'e')};
   const std::vector<std::string> last = {std::string(15, 'h'), std::string(14, 'g'), "f", "", "", ""};
   fs->AddFile(kFile, first[0] + "," + first[1] + "," + first[2] + "," + first[3] + "," + first[4] + "," + first[5] +
                          "\r\n" + last[0] + "," + last[1] + "," + last[2]);
