@@ -62,6 +62,16 @@ class DatabaseRowSink {
     textdata::StoreCell(line_cells_[column - first_column_], value, owned, text_end_, trim_);
   }
 
+  // After a record stored into the values, with its number of fields.
+  void EndRecord(std::int64_t fields) noexcept {
+    ++stored_;
+    narrowest_ = std::min(narrowest_, std::min(fields, last_field_) - first_field_ + 1);
+  }
+  // Records stored into the values, rows 1 on.
+  std::int64_t stored() const noexcept { return stored_; }
+  // The fewest columns a stored record filled; the maximum when none was stored.
+  std::int64_t narrowest() const noexcept { return narrowest_; }
+
  private:
   HostArray<std::string>& names_;
   HostArray<std::string>& values_;
@@ -71,6 +81,8 @@ class DatabaseRowSink {
   bool trim_;
   std::string* line_cells_ = nullptr;
   std::int64_t first_column_ = 0, last_column_ = -1;
+  std::int64_t stored_ = 0;
+  std::int64_t narrowest_ = std::numeric_limits<std::int64_t>::max();
 };
 
 // One line of the database: the header, a record in the range, or a
@@ -79,10 +91,6 @@ class DatabaseRowSink {
 struct alignas(64) DatabaseRows {
   DatabaseRowSink sink;
   std::int64_t first_record, last_record;
-  std::int64_t first_field, last_field;
-  std::int64_t stored = 0;  // records stored into the values
-  std::int64_t narrowest = std::numeric_limits<std::int64_t>::max();  // fewest columns a stored record filled
-
   bool operator()(textdata::RowWalk& walk, std::int64_t number) {
     const std::string_view line = walk.cursor.Next();
     if (line.empty()) return false;
@@ -92,9 +100,7 @@ struct alignas(64) DatabaseRows {
       walk.splitter.Split(line, sink);
     } else if (record >= first_record && record <= last_record) {
       sink.StartLine(record - first_record + 1);
-      const std::int64_t fields = walk.splitter.Split(line, sink);
-      ++stored;
-      narrowest = std::min(narrowest, std::min(fields, last_field) - first_field + 1);
+      sink.EndRecord(walk.splitter.Split(line, sink));
     } else {
       textdata::CountingSink counter;
       walk.splitter.Split(line, counter);
@@ -141,7 +147,7 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
     const bool trim_on_store = unobserved && IsTrue(TrimValues);
     const std::string_view text = input.cursor().Text();
     DatabaseRows visit{DatabaseRowSink(FieldNames, FieldValues, first_field, LastField, text, trim_on_store),
-                       first_record, last_record, first_field, LastField};
+                       first_record, last_record};
     DatabaseRows second = visit;
     progress.ClearCancel();
     progress.Report("Extracting Values", 0);
@@ -171,8 +177,9 @@ Boolean Tolva2011Register::ReadFileToCSVDatabase(const std::string& FilePath, Ho
       const std::int64_t last_column = std::min<std::int64_t>(fields, two_dim ? FieldValues.UBound(2) : 0);
       // Records the read stored (rows 1 on) were trimmed already; when they
       // filled every column the pass would trim, it starts after them.
-      const bool stored_trimmed = trim_on_store && std::min(visit.narrowest, second.narrowest) >= last_column;
-      for (std::int64_t r = stored_trimmed ? visit.stored + second.stored + 1 : 1; r <= last_row; ++r) {
+      const bool stored_trimmed =
+          trim_on_store && std::min(visit.sink.narrowest(), second.sink.narrowest()) >= last_column;
+      for (std::int64_t r = stored_trimmed ? visit.sink.stored() + second.sink.stored() + 1 : 1; r <= last_row; ++r) {
         for (std::int64_t f = 1; f <= last_column; ++f)
           if (std::string* cell = FieldValues.At(static_cast<Long>(r), static_cast<Long>(f)))
             textdata::TrimBlanks(*cell);
