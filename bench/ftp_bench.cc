@@ -30,6 +30,7 @@
 #include <thread>
 #include <vector>
 
+#include "median_ratios.h"
 #include "support/ftp_servers.h"
 #include "tolva/tolva2011register.h"
 
@@ -54,12 +55,6 @@ struct Sample {
 std::map<std::string, Sample>& Samples() {
   static std::map<std::string, Sample> s;
   return s;
-}
-
-double Median(std::vector<double> v) {
-  if (v.empty()) return 0;
-  std::sort(v.begin(), v.end());
-  return v.size() % 2 ? v[v.size() / 2] : (v[v.size() / 2 - 1] + v[v.size() / 2]) / 2;
 }
 
 // Peak memory: the kernel's high-water mark is reset before a run and read after it.

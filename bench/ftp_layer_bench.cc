@@ -16,6 +16,7 @@
 
 // The server fixture of the tests, compiled in: benchmarks do not link the
 // test support library.
+#include "median_ratios.h"
 #include "support/ftp_servers.cc"
 #include "platform/linux/ftp/poco_internet_library.h"
 
@@ -35,12 +36,6 @@ struct World {
   std::map<std::string, std::vector<double>> seconds;
 };
 World* g_world = nullptr;
-
-double Median(std::vector<double> v) {
-  if (v.empty()) return 0;
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
-}
 
 struct Session {
   PocoInternetLibrary lib;

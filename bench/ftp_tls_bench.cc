@@ -22,6 +22,7 @@
 
 // The server fixture of the tests, compiled in: benchmarks do not link the
 // test support library.
+#include "median_ratios.h"
 #include "platform/linux/ftp/poco_internet_library.h"
 #include "support/ftp_servers.cc"
 
@@ -49,12 +50,6 @@ long PeakKiB() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   return usage.ru_maxrss;
-}
-
-double Median(std::vector<double> v) {
-  if (v.empty()) return 0;
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
 }
 
 struct Session {
